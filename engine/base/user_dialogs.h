@@ -1,0 +1,33 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace velmora {
+
+// Port: how the engine talks to the person at the screen. The windows and the command line each supply
+// one; tests supply one that records. All operations are called on the main thread, but note(), which
+// may be called on any thread but the audio thread.
+class IUserDialogs
+{
+  public:
+    virtual ~IUserDialogs() = default;
+
+    // A message with an OK button; returns when it has been read.
+    virtual void showMessage(std::string_view sText) = 0;
+
+    // A question with Yes and No; true is Yes.
+    [[nodiscard]] virtual bool askYesNo(std::string_view sText) = 0;
+
+    // A file to save into; none when the user cancels. sFilter is in the form
+    // "Wave Files (*.wav)|*.wav||".
+    [[nodiscard]] virtual std::optional<std::filesystem::path>
+    chooseSaveFile(std::string_view sFilter, const std::filesystem::path& suggestedName) = 0;
+
+    // A line for the status window; never waits for a person.
+    virtual void note(std::string_view sText) = 0;
+};
+
+} // namespace velmora
