@@ -97,7 +97,8 @@ class CPlugIn
     CUICtrl* getUICtrlByControlID(UINT uID);
 
     // Moves the control at list position nIndex to the value at fValue, 0.0 to 1.0, of its range, and
-    // calls userInterfaceChange(). A position past the end does nothing.
+    // calls userInterfaceChange(), also if the control has no variable to move. For an int or UINT the value
+    // is truncated toward zero. A position past the end does nothing.
     void setNormalizedParameter(int nIndex, float fValue);
 
     // Where in its range the control at list position nIndex stands; 0.0 past the end.
@@ -106,7 +107,7 @@ class CPlugIn
     // (fMax - fMin) * fNorm + fMin
     double calcDisplayVariable(float fMin, float fMax, float fNorm);
 
-    // (fValue - fMin) / (fMax - fMin)
+    // (fValue - fMin) / (fMax - fMin); 0.0 if the limits are equal.
     float calcSliderVariable(float fMin, float fMax, float fValue);
 
     // Writes a line, at most 1023 characters, to the host's status window, and waits until it stands
@@ -132,7 +133,7 @@ class CPlugIn
 
     void* m_pReserved; // not touched by the host
 
-    HWND m_hParentWnd; // where messages go; set by the host ahead of init()
+    HWND m_hParentWnd; // where messages go; null until the host sets it, ahead of init()
 
     bool m_bUserCustomGUI;       // the project has a classic custom GUI
     bool m_bOutputOnlyPlugIn;    // a synth: makes sound without input
@@ -158,8 +159,8 @@ class CPlugIn
     const char* m_PresetNames[MAX_PRESETS];
     float* m_AddlPresetValues[MAX_PRESETS];
 
-    const char* m_PlugInName;    // must be the library's file name without its suffix
-    UINT m_uPlugInVersion; // contract version, 61
+    const char* m_PlugInName; // must be the library's file name without its suffix
+    UINT m_uPlugInVersion;    // contract version, 61
 
     bool m_bUseCustomVSTGUI; // the project has a GUI made with the designer
     int m_nGUIThemeID;       // -1: none
@@ -228,8 +229,14 @@ typedef UINT (*getAPIVersionFunction)();
 
 // Writes a library's two exports for one plug-in class. Stands at file level, once in a library.
 #define VELMORA_EXPORT_PLUGIN(PlugInClass)                                                                   \
-    VELMORA_EXPORT CPlugIn* createObject() { return new PlugInClass; }                                       \
-    VELMORA_EXPORT UINT getAPIVersion() { return PLUGIN_API_VERSION; }
+    VELMORA_EXPORT CPlugIn* createObject()                                                                   \
+    {                                                                                                        \
+        return new PlugInClass;                                                                              \
+    }                                                                                                        \
+    VELMORA_EXPORT UINT getAPIVersion()                                                                      \
+    {                                                                                                        \
+        return PLUGIN_API_VERSION;                                                                           \
+    }
 
 // The host loads a library from a copy of its own and so tells it where the original lies, if the
 // library has this function; plugin.cpp brings it along. pPath is the full path of the library file.
