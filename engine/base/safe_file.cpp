@@ -1,5 +1,8 @@
 #include "base/safe_file.h"
 
+#include "base/text.h"
+
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstring>
@@ -35,9 +38,10 @@ class CDescriptor
 std::filesystem::path temporaryNameBeside(const std::filesystem::path& target)
 {
     static std::atomic<unsigned> uCounter{0};
-    const std::string sStem = "." + target.stem().string() + "." + std::to_string(::getpid()) + "." +
-                              std::to_string(uCounter.fetch_add(1)) + ".part";
-    return target.parent_path() / (sStem + target.extension().string());
+    const std::string sName =
+        formatted(".%s.%d.%u.part%s", target.stem().c_str(), static_cast<int>(::getpid()),
+                  uCounter.fetch_add(1), target.extension().c_str());
+    return target.parent_path() / sName;
 }
 
 // A link is followed, so that the file that it names is replaced and not the link.
@@ -50,6 +54,39 @@ std::filesystem::path resolveLink(std::filesystem::path target)
             return resolved;
     }
     return target;
+}
+
+// The unfinished files of the process, kept where a signal handler can read them. A slot is written
+// before its flag is raised, and its flag is lowered when the file is finished.
+struct CUnfinishedFile
+{
+    std::atomic<bool> m_bClaimed{false};
+    std::atomic<bool> m_bListed{false};
+    char m_path[4096];
+};
+
+constinit std::array<CUnfinishedFile, 16> g_unfinishedFiles{};
+
+void listAsUnfinished(const std::filesystem::path& path)
+{
+    if (path.native().size() >= sizeof CUnfinishedFile::m_path)
+        return;
+    for (CUnfinishedFile& file : g_unfinishedFiles)
+        if (!file.m_bClaimed.exchange(true)) {
+            std::strcpy(file.m_path, path.c_str());
+            file.m_bListed = true;
+            return;
+        }
+}
+
+void listAsFinished(const std::filesystem::path& path)
+{
+    for (CUnfinishedFile& file : g_unfinishedFiles)
+        if (file.m_bListed && path.native() == file.m_path) {
+            file.m_bListed = false;
+            file.m_bClaimed = false;
+            return;
+        }
 }
 
 bool flushToDisk(const std::filesystem::path& path)
@@ -76,6 +113,7 @@ bool writeAll(int nDescriptor, std::string_view sContents)
 CSafeFile::CSafeFile(std::filesystem::path target)
     : m_target(resolveLink(std::move(target))), m_temporary(temporaryNameBeside(m_target))
 {
+    listAsUnfinished(m_temporary);
 }
 
 CSafeFile::~CSafeFile()
@@ -83,6 +121,7 @@ CSafeFile::~CSafeFile()
     std::error_code ignored;
     if (!m_bCommitted)
         std::filesystem::remove(m_temporary, ignored);
+    listAsFinished(m_temporary);
 }
 
 bool CSafeFile::commit()
@@ -110,6 +149,13 @@ bool writeFileSafely(const std::filesystem::path& path, std::string_view sConten
     if (descriptor.get() < 0 || !writeAll(descriptor.get(), sContents) || !descriptor.close())
         return fail(std::strerror(errno));
     return file.commit() || fail(file.error());
+}
+
+void removeUnfinishedFiles() noexcept
+{
+    for (const CUnfinishedFile& file : g_unfinishedFiles)
+        if (file.m_bListed)
+            ::unlink(file.m_path);
 }
 
 } // namespace velmora

@@ -41,4 +41,8 @@ class CSafeFile
 [[nodiscard]] bool writeFileSafely(const std::filesystem::path& path, std::string_view sContents,
                                    std::string* sError = nullptr);
 
+// Removes what every CSafeFile of the process has not committed yet. For a program that is about to die
+// of a fault: safe in a signal handler, and of no use to a program that goes on.
+void removeUnfinishedFiles() noexcept;
+
 } // namespace velmora
