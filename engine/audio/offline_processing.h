@@ -1,0 +1,58 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace velmora {
+
+class CAudioEngine;
+class CSidechain;
+class CSoundFile;
+class CTransport;
+class IProgress;
+class IUserDialogs;
+struct CSoundFileInfo;
+
+// "Process into WAV file": runs a wave file through the current filter into a new file, faster than
+// real time, by the same code that runs in a stream. [main]
+class COfflineProcessing
+{
+  public:
+    struct CResult
+    {
+        long long m_nFrames = 0;
+        int m_nChannels = 0;
+        int m_nSampleRate = 0;   // Hz
+        double m_dSeconds = 0.0; // wall time of the processing loop
+    };
+
+    COfflineProcessing(CAudioEngine& engine, CTransport& transport, CSidechain& sidechain,
+                       IUserDialogs& dialogs);
+
+    // Asks for the name of the new file and writes it; true when it is complete. Whatever else happens,
+    // every file stays as it was: the result is written beside its target and renamed at the end. The
+    // transport is stopped afterwards.
+    bool processIntoWaveFile(const std::filesystem::path& waveFile, IProgress* pProgress = nullptr);
+
+    // Why the last call returned false, as one sentence, also where no message was shown.
+    [[nodiscard]] const std::string& reason() const { return m_sReason; }
+
+    // Figures of the last file that was written.
+    [[nodiscard]] const CResult& result() const { return m_result; }
+
+  private:
+    bool fail(const std::string& sMessage, const std::string& sReason = {});
+    bool refuse(const std::string& sReason);
+    bool chooseTarget(const std::filesystem::path& waveFile, std::filesystem::path& target);
+    bool processInto(CSoundFile& input, const std::filesystem::path& target, IProgress* pProgress);
+    bool runLoop(CSoundFile& input, CSoundFile& output, IProgress* pProgress);
+
+    CAudioEngine& m_engine;
+    CTransport& m_transport;
+    CSidechain& m_sidechain;
+    IUserDialogs& m_dialogs;
+    CResult m_result;
+    std::string m_sReason;
+};
+
+} // namespace velmora

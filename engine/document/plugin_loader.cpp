@@ -1,0 +1,192 @@
+#include "document/plugin_loader.h"
+
+#include "audio/audio_engine.h"
+#include "audio/transport.h"
+#include "base/user_dialogs.h"
+#include "host/plugin_library.h"
+#include "host/plugin_probe.h"
+#include "host/user_dsp_filter.h"
+
+#include <utility>
+
+namespace velmora {
+
+namespace {
+
+constexpr unsigned BUFFER_SIZE = 8192;
+
+constexpr const char* STALE_PLUGIN_QUESTION =
+    "This Plug-In is not compatible with the current Contract Version.\n\n"
+    "You can not load this Plug-In until you sucessfully rebuild with the new files.\n\n"
+    "Would you like Velmora to copy the new Base Class Files and initiate a Rebuild?\n\n"
+    "If you choose <No> you must manually copy and rebuild the project.";
+
+} // namespace
+
+CPlugInLoader::CPlugInLoader(CAudioEngine& engine, CTransport& transport, IUserDialogs& dialogs,
+                             IMessageTarget& view)
+    : m_engine(engine), m_transport(transport), m_dialogs(dialogs), m_window(view)
+{
+}
+
+CPlugInLoader::~CPlugInLoader()
+{
+    unloadAll();
+}
+
+void CPlugInLoader::scanPlugIns(const std::filesystem::path& folder)
+{
+    setPlugInFolder(folder);
+    std::error_code error;
+    std::filesystem::current_path(folder, error);
+    const CPlugInProbe probe;
+    auto result = CPlugInScanner(m_dialogs, probe).scanPlugIns(folder);
+    m_plugIns = std::move(result.m_plugIns);
+    m_scanEntries = std::move(result.m_entries);
+}
+
+CDSPFilter* CPlugInLoader::loadPlugin(const std::filesystem::path& libraryName, bool bStreaming)
+{
+    m_bRebuildRequested = false;
+    std::error_code error;
+    std::filesystem::current_path(m_folder, error);
+    const auto file = m_folder / libraryName;
+    if (!std::filesystem::exists(file, error)) {
+        m_dialogs.showMessage("Path not found for the DLL: " + libraryName.string());
+        return nullptr;
+    }
+    if (!survivesProbe(file))
+        return nullptr;
+    auto pLibrary = openLibrary(file);
+    if (!pLibrary)
+        return nullptr;
+    if (!pLibrary->createObject())
+        m_dialogs.showMessage("Error getting DLL function pointer");
+    if (!isContractVersionRight(*pLibrary))
+        return nullptr;
+    CPlugIn* pPlugIn = createPlugIn(*pLibrary);
+    if (!pPlugIn)
+        return nullptr;
+
+    auto pNew = CLoadedPlugIn::create(std::move(pLibrary), pPlugIn);
+    m_dialogs.note("Plugin-buddy created.");
+    if (bStreaming) {
+        if (m_transport.hasAudioThread())
+            m_engine.bufferDone().wait();
+        m_engine.runGate().reset();
+        m_dialogs.note("Buffer event done.");
+    }
+    makeCurrent(*pNew);
+    m_dialogs.note("Old filter cleanup.");
+    prepareNewFilter(*pNew);
+    if (bStreaming)
+        m_engine.runGate().set();
+    m_loaded = std::move(pNew); // the old plug-in and its library go here, when nothing uses them
+    m_dialogs.note("m_bPlugInLoaded = true");
+    m_dialogs.note("loadPlugin( ) Done.");
+    return &m_pCurrent->filter();
+}
+
+// A library that would take the program down is named and left alone. What the helper process finds
+// wrong short of that is found again, and reported in the described words, by the load itself.
+bool CPlugInLoader::survivesProbe(const std::filesystem::path& file)
+{
+    const auto result = CPlugInProbe().probe({&file, 1}).front();
+    if (result.m_eStatus != EProbeStatus::crashed && result.m_eStatus != EProbeStatus::timedOut)
+        return true;
+    m_dialogs.showMessage("The plug-in " + file.filename().string() + " was not loaded: it " +
+                          result.m_sReason + ".");
+    return false;
+}
+
+std::unique_ptr<CPlugInLibrary> CPlugInLoader::openLibrary(const std::filesystem::path& file)
+{
+    std::string sReason;
+    auto pLibrary = CPlugInLibrary::load(file, sReason);
+    if (!pLibrary) {
+        m_dialogs.showMessage("Error loading DLL");
+        m_dialogs.note(sReason);
+    }
+    return pLibrary;
+}
+
+bool CPlugInLoader::isContractVersionRight(const CPlugInLibrary& library)
+{
+    if (library.version() == PLUGIN_API_VERSION)
+        return true;
+    m_bRebuildRequested = m_dialogs.askYesNo(STALE_PLUGIN_QUESTION);
+    if (m_bRebuildRequested)
+        m_engine.runGate().set();
+    return false;
+}
+
+CPlugIn* CPlugInLoader::createPlugIn(const CPlugInLibrary& library)
+{
+    std::string sReason;
+    CPlugIn* pPlugIn = library.makeObject(sReason);
+    if (pPlugIn) {
+        m_dialogs.note("Plugin created.");
+    } else {
+        m_dialogs.showMessage("Could not create the Plug In object.");
+        m_dialogs.note(sReason);
+    }
+    return pPlugIn;
+}
+
+void CPlugInLoader::makeCurrent(CLoadedPlugIn& plugIn)
+{
+    m_engine.setFilter(&plugIn.filter());
+    m_pCurrent = &plugIn;
+    plugIn.filter().cleanUp();
+    m_dialogs.note("New filter cleanup.");
+}
+
+void CPlugInLoader::prepareNewFilter(CLoadedPlugIn& plugIn)
+{
+    CUserDSPFilter& filter = plugIn.filter();
+    filter.createControls();
+    plugIn.plugIn()->m_hParentWnd = m_window.handle();
+    plugIn.plugIn()->init();
+    m_dialogs.note("Init GUI Form.");
+
+    filter.setBufferSize(BUFFER_SIZE);
+    filter.setBitDepth(m_nBitDepth);
+    filter.m_nSampleRate = m_nSampleRate;
+    filter.m_nChannels = m_nChannels;
+    if (m_transport.state() != TRANSPORT_STOP && m_transport.state() != TRANSPORT_IDLE)
+        filter.prepareForPlay();
+    m_dialogs.note("prepareForPlay()");
+}
+
+void CPlugInLoader::unloadPlugin(bool bQuiet)
+{
+    if (!m_pCurrent)
+        return;
+    if (m_transport.hasAudioThread())
+        m_engine.bufferDone().wait();
+    m_engine.runGate().reset();
+    m_engine.setFilter(nullptr);
+    if (m_loaded && m_loaded.get() == m_pCurrent && !m_loaded->unload() && !bQuiet)
+        m_dialogs.showMessage("Couldn't FreeLibrary! Error Code: %02X\n");
+    if (m_loaded.get() == m_pCurrent)
+        m_loaded.reset();
+    m_pCurrent = nullptr;
+    m_engine.runGate().set();
+}
+
+void CPlugInLoader::unloadAll()
+{
+    m_engine.setFilter(nullptr);
+    m_pCurrent = nullptr;
+    m_loaded.reset();
+    m_plugIns.clear();
+}
+
+void CPlugInLoader::setFormat(int nSampleRate, int nChannels, int nBitDepth)
+{
+    m_nSampleRate = nSampleRate;
+    m_nChannels = nChannels;
+    m_nBitDepth = nBitDepth;
+}
+
+} // namespace velmora

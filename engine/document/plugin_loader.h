@@ -1,0 +1,87 @@
+#pragma once
+
+#include "host/host_window.h"
+#include "host/loaded_plugin.h"
+#include "host/plugin_scanner.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmora {
+
+class CAudioEngine;
+class CDSPFilter;
+class CTransport;
+class IMessageTarget;
+class IUserDialogs;
+
+// Turns library files into filters and makes one of them current. [main]
+//
+// A library is first tried out by a helper process; one that crashes or hangs there is never opened
+// here. A filter is swapped only while the engine's run gate is down.
+class CPlugInLoader
+{
+  public:
+    CPlugInLoader(CAudioEngine& engine, CTransport& transport, IUserDialogs& dialogs, IMessageTarget& view);
+    ~CPlugInLoader();
+
+    CPlugInLoader(const CPlugInLoader&) = delete;
+    CPlugInLoader& operator=(const CPlugInLoader&) = delete;
+
+    // Loads every library of the folder that can be loaded, and lists all of them with what became of
+    // each. The folder becomes the current one.
+    void scanPlugIns(const std::filesystem::path& folder);
+
+    // Loads one library, a file name within the plug-in folder or a full path, and makes it the current
+    // filter. Null on failure: the user has been told why, and the old filter is still current. With
+    // bStreaming the run gate is lowered for the swap.
+    CDSPFilter* loadPlugin(const std::filesystem::path& libraryName, bool bStreaming);
+
+    // Takes the current plug-in out of the engine and frees its library, unless the scan's list keeps
+    // it. bQuiet shows no messages.
+    void unloadPlugin(bool bQuiet);
+
+    // Deletes every plug-in object and frees its library.
+    void unloadAll();
+
+    [[nodiscard]] const std::vector<CScanEntry>& scanEntries() const { return m_scanEntries; }
+    [[nodiscard]] const std::vector<std::unique_ptr<CLoadedPlugIn>>& plugIns() const { return m_plugIns; }
+
+    // The plug-in that is the current filter; null for none.
+    [[nodiscard]] CLoadedPlugIn* current() const { return m_pCurrent; }
+    [[nodiscard]] bool isPlugInLoaded() const { return m_pCurrent != nullptr; }
+
+    // The user answered Yes to the question whether a stale plug-in should be rebuilt.
+    [[nodiscard]] bool isRebuildRequested() const { return m_bRebuildRequested; }
+
+    void setPlugInFolder(const std::filesystem::path& folder) { m_folder = folder; }
+
+    // What the filters are told about the audio: Hz, channels, bits.
+    void setFormat(int nSampleRate, int nChannels, int nBitDepth);
+
+  private:
+    std::unique_ptr<CPlugInLibrary> openLibrary(const std::filesystem::path& file);
+    bool isContractVersionRight(const CPlugInLibrary& library);
+    CPlugIn* createPlugIn(const CPlugInLibrary& library);
+    bool survivesProbe(const std::filesystem::path& file);
+    void makeCurrent(CLoadedPlugIn& plugIn);
+    void prepareNewFilter(CLoadedPlugIn& plugIn);
+
+    CAudioEngine& m_engine;
+    CTransport& m_transport;
+    IUserDialogs& m_dialogs;
+    CHostWindow m_window;
+    std::filesystem::path m_folder;
+    std::vector<std::unique_ptr<CLoadedPlugIn>> m_plugIns; // what the scan loaded
+    std::unique_ptr<CLoadedPlugIn> m_loaded;               // what loadPlugin() loaded
+    CLoadedPlugIn* m_pCurrent = nullptr;
+    std::vector<CScanEntry> m_scanEntries;
+    bool m_bRebuildRequested = false;
+    int m_nSampleRate = 44100;
+    int m_nChannels = 2;
+    int m_nBitDepth = 16;
+};
+
+} // namespace velmora

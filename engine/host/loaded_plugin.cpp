@@ -1,0 +1,39 @@
+#include "host/loaded_plugin.h"
+
+#include "host/guarded_call.h"
+#include "host/plugin_library.h"
+#include "host/user_dsp_filter.h"
+
+namespace velmora {
+
+std::unique_ptr<CLoadedPlugIn> CLoadedPlugIn::create(std::unique_ptr<CPlugInLibrary> pLibrary,
+                                                     CPlugIn* pPlugIn)
+{
+    return std::unique_ptr<CLoadedPlugIn>(new CLoadedPlugIn(std::move(pLibrary), pPlugIn));
+}
+
+CLoadedPlugIn::CLoadedPlugIn(std::unique_ptr<CPlugInLibrary> pLibrary, CPlugIn* pPlugIn)
+    : m_pFilter(std::make_unique<CUserDSPFilter>()), m_pLibrary(std::move(pLibrary)), m_pPlugIn(pPlugIn)
+{
+    m_pFilter->attachPlugIn(m_pPlugIn);
+    m_pFilter->m_hParentDLL = m_pLibrary.get();
+}
+
+CLoadedPlugIn::~CLoadedPlugIn()
+{
+    unload();
+}
+
+bool CLoadedPlugIn::unload()
+{
+    m_pFilter->detachPlugIn();
+    m_pFilter->m_hParentDLL = nullptr;
+    // A destructor that throws has had its say; the library goes all the same.
+    [[maybe_unused]] const auto ignored = thrownBy([this] { delete m_pPlugIn; });
+    m_pPlugIn = nullptr;
+    const bool bGone = !m_pLibrary || m_pLibrary->unload();
+    m_pLibrary.reset();
+    return bGone;
+}
+
+} // namespace velmora

@@ -1,0 +1,164 @@
+#include "base/audio_system.h"
+#include "base/platform_folders.h"
+#include "base/text.h"
+#include "document/tonbox_doc.h"
+#include "host/user_dsp_filter.h"
+#include "support/test_support.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+namespace velmora {
+namespace {
+
+// An audio system that can refuse to come up, with the devices that a test gives it.
+class CAudioSystemDouble : public IAudioSystem
+{
+  public:
+    bool initialize() override
+    {
+        m_nUses += m_bWorks;
+        return m_bWorks;
+    }
+    void terminate() override { --m_nUses; }
+    std::vector<CAudioDeviceInfo> devices() const override { return m_devices; }
+    int defaultInputDevice() const override { return m_nDefaultInput; }
+    int defaultOutputDevice() const override { return m_nDefaultOutput; }
+    bool isInputFormatSupported(int, int, double dSampleRate) const override
+    {
+        return dSampleRate == 48000.0;
+    }
+
+    bool m_bWorks = true;
+    int m_nUses = 0;
+    std::vector<CAudioDeviceInfo> m_devices;
+    int m_nDefaultInput = -1;
+    int m_nDefaultOutput = -1;
+};
+
+class CMessageSink : public IMessageTarget
+{
+  public:
+    void post(unsigned, std::size_t, std::ptrdiff_t) override {}
+    std::ptrdiff_t send(unsigned, std::size_t, std::ptrdiff_t) override { return 0; }
+};
+
+class TonboxDocTest : public testing::Test
+{
+  protected:
+    TonboxDocTest() : m_directory(std::filesystem::current_path()) {}
+    ~TonboxDocTest() override { std::filesystem::current_path(m_directory); }
+
+    CTonboxDoc::CStartUp startUp() const { return {.m_userFolder = m_folder / "Velmora"}; }
+    std::vector<std::string> settingsLines() const
+    {
+        auto lines = split(test::readFile(m_folder / "Velmora/socket.log"), '\n');
+        EXPECT_FALSE(lines.empty());
+        EXPECT_EQ(lines.back(), "");
+        lines.pop_back();
+        return lines;
+    }
+
+    std::filesystem::path m_directory;
+    test::CTemporaryFolder m_folder;
+    test::CRecordingDialogs m_dialogs;
+    CAudioSystemDouble m_audioSystem;
+    CMessageSink m_view;
+};
+
+TEST_F(TonboxDocTest, TheFirstStartMakesSettingsAndFolders)
+{
+    CTonboxDoc document(m_dialogs, m_audioSystem, m_view);
+    ASSERT_TRUE(document.OnNewDocument(startUp()));
+    EXPECT_EQ(m_dialogs.m_messages, std::vector<std::string>{"No audio input or output device found!"});
+    EXPECT_EQ(test::entriesOf(m_folder / "Velmora"),
+              (std::vector<std::string>{"AU Ported Projects", "AU Templates", "AudioFiles", "IR1024",
+                                        "PlugIns", "Skin", "VST Ported Projects", "VST Templates", "VSTFiles",
+                                        "VelmoraProjects", "socket.log"}));
+    EXPECT_TRUE(std::filesystem::is_directory(m_folder / "Velmora/VST Templates/VST3"));
+    EXPECT_EQ(settingsLines().size(), 71U);
+    EXPECT_EQ(document.transport().state(), TRANSPORT_IDLE);
+    EXPECT_EQ(document.currentFilter(), nullptr);
+}
+
+TEST_F(TonboxDocTest, AShorterSettingsFileIsCompletedAndKept)
+{
+    std::filesystem::create_directories(m_folder / "Velmora");
+    std::string sShort;
+    for (int i = 1; i <= 40; ++i)
+        sShort += i == 10 ? "256\n" : (i == 9 ? "/gone/song.wav\n" : "1\n");
+    test::writeFile(m_folder / "Velmora/socket.log", sShort);
+    CTonboxDoc document(m_dialogs, m_audioSystem, m_view);
+    ASSERT_TRUE(document.OnNewDocument(startUp()));
+    const auto lines = settingsLines();
+    ASSERT_EQ(lines.size(), 71U);
+    EXPECT_EQ(lines[9], "256");
+    EXPECT_EQ(lines[8], "");
+    EXPECT_EQ(lines[65], "Velmora User");
+    EXPECT_EQ(document.settings().framesPerBuffer(), 256U);
+}
+
+TEST_F(TonboxDocTest, WithoutAnAudioSystemStartUpEndsAfterTheMessage)
+{
+    m_audioSystem.m_bWorks = false;
+    CTonboxDoc document(m_dialogs, m_audioSystem, m_view);
+    EXPECT_FALSE(document.OnNewDocument(startUp()));
+    EXPECT_EQ(m_dialogs.m_messages, std::vector<std::string>{"Could not initialize the Port Audio System."});
+    EXPECT_FALSE(std::filesystem::exists(m_folder / "Velmora/PlugIns"));
+    EXPECT_TRUE(std::filesystem::exists(m_folder / "Velmora/socket.log"));
+}
+
+TEST_F(TonboxDocTest, DevicesThatWereFoundStandInTheSettings)
+{
+    m_audioSystem.m_devices.resize(2);
+    m_audioSystem.m_devices[0].m_sName = "Mic";
+    m_audioSystem.m_devices[0].m_nMaxInputChannels = 2;
+    m_audioSystem.m_devices[0].m_dDefaultSampleRate = 48000.0;
+    m_audioSystem.m_devices[1].m_sName = "Speaker";
+    m_audioSystem.m_devices[1].m_nMaxOutputChannels = 2;
+    m_audioSystem.m_nDefaultInput = 0;
+    m_audioSystem.m_nDefaultOutput = 1;
+    {
+        CTonboxDoc document(m_dialogs, m_audioSystem, m_view);
+        ASSERT_TRUE(document.OnNewDocument(startUp()));
+        EXPECT_TRUE(m_dialogs.m_messages.empty());
+        EXPECT_EQ(document.settings().inputDeviceName(), "Mic");
+        EXPECT_EQ(document.settings().outputDeviceName(), "Speaker");
+        EXPECT_EQ(document.settings().DUTDeviceName(), "None");
+        EXPECT_EQ(document.settings().sampleRate(), 48000.0);
+        EXPECT_EQ(document.audioDevices().outputDevice(), 1);
+        EXPECT_EQ(m_audioSystem.m_nUses, 1);
+    }
+    EXPECT_EQ(m_audioSystem.m_nUses, 0);
+}
+
+TEST_F(TonboxDocTest, AUserFolderThatCannotBeMadeIsNamed)
+{
+    test::writeFile(m_folder / "file", "");
+    CTonboxDoc document(m_dialogs, m_audioSystem, m_view);
+    EXPECT_FALSE(document.OnNewDocument({.m_userFolder = m_folder / "file/Velmora"}));
+    ASSERT_EQ(m_dialogs.m_messages.size(), 1U);
+    EXPECT_NE(m_dialogs.m_messages.front().find("file/Velmora"), std::string::npos);
+    EXPECT_EQ(m_audioSystem.m_nUses, 0);
+}
+
+TEST_F(TonboxDocTest, WithoutTheVariableFoldersAreMadeInTheCurrentDirectory)
+{
+    const char* pOld = std::getenv("APPDATA");
+    const std::string sOld = pOld ? pOld : "";
+    ::unsetenv("APPDATA");
+    std::filesystem::current_path(m_folder.path());
+    {
+        CTonboxDoc document(m_dialogs, m_audioSystem, m_view);
+        EXPECT_TRUE(document.OnNewDocument({}));
+        EXPECT_TRUE(document.userFolder().empty());
+    }
+    EXPECT_TRUE(std::filesystem::exists(m_folder / "socket.log"));
+    EXPECT_TRUE(std::filesystem::is_directory(m_folder / "AudioFiles"));
+    if (pOld)
+        ::setenv("APPDATA", sOld.c_str(), 1);
+}
+
+} // namespace
+} // namespace velmora
