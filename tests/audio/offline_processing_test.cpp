@@ -1,6 +1,7 @@
 #include "audio/audio_engine.h"
 #include "audio/offline_processing.h"
 #include "host/user_dsp_filter.h"
+#include "support/full_disk.h"
 #include "support/test_plugins.h"
 #include "support/test_support.h"
 
@@ -182,15 +183,12 @@ TEST_F(OfflineProcessingTest, AFullDiskLeavesTheOldFileWhole)
     writeInput(200000, 2);
     test::writeFile(m_out, "precious");
     m_dialogs.m_bAnswer = true;
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit old{};
-    getrlimit(RLIMIT_FSIZE, &old);
-    for (const rlim_t uLimit : {rlim_t{0}, rlim_t{100000}, rlim_t{1599000}}) {
-        const rlimit small{uLimit, old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
+    for (const unsigned uBytes : {0U, 100000U, 1599000U}) {
         m_dialogs.m_messages.clear();
-        EXPECT_FALSE(m_offline.processIntoWaveFile(m_in));
-        setrlimit(RLIMIT_FSIZE, &old);
+        {
+            const test::CFullDisk fullDisk(uBytes);
+            EXPECT_FALSE(m_offline.processIntoWaveFile(m_in));
+        }
         ASSERT_EQ(m_dialogs.m_messages.size(), 1U);
         EXPECT_TRUE(m_dialogs.m_messages.front().starts_with("Error ")) << m_dialogs.m_messages.front();
         EXPECT_EQ(test::readFile(m_out), "precious");
