@@ -1,0 +1,24 @@
+#pragma once
+
+#include "cli/bench/bench_figure.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace velmora::cli {
+
+// The parts of the benchmark. Each throws std::runtime_error with a full sentence if it cannot run.
+// folder is an empty one to work in.
+
+// What the host adds to a plug-in's own work when a file is processed, on each of the three process
+// paths, beside a bare loop that reads, calls and writes the same; and how fast that is.
+[[nodiscard]] std::vector<CBenchFigure> benchOffline(const std::filesystem::path& folder);
+
+// The Fourier transform and the level detector.
+[[nodiscard]] std::vector<CBenchFigure> benchDsp();
+
+// Compiling an example plug-in, loading it, and scanning a folder of libraries. Needs a compiler.
+[[nodiscard]] std::vector<CBenchFigure> benchLibraries(const std::filesystem::path& folder);
+
+} // namespace velmora::cli

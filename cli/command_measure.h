@@ -1,0 +1,9 @@
+#pragma once
+
+namespace velmora::cli {
+
+class CCommandContext;
+
+[[nodiscard]] int runMeasure(CCommandContext& context);
+
+} // namespace velmora::cli

@@ -1,0 +1,83 @@
+#include "cli/command_process.h"
+
+#include "base/text.h"
+#include "cli/headless_document.h"
+#include "cli/json_writer.h"
+
+namespace velmora::cli {
+
+namespace {
+
+void setUpEngine(const CCommandLine& line, CAudioEngine& engine)
+{
+    engine.m_uChannelMode = static_cast<unsigned>(line.number("--mode", CHANNEL_MODE_STEREO_STEREO));
+    engine.m_fInputGain_dB = static_cast<float>(line.number("--in-gain", 0.0));
+    engine.m_fOutputGain_dB = static_cast<float>(line.number("--out-gain", 0.0));
+    engine.m_bBypass = line.has("--bypass");
+}
+
+// False if the sidechain's file cannot be used; the user has been told.
+bool setUpSidechain(CCommandContext& context, CSidechain& sidechain)
+{
+    const CCommandLine& line = context.line();
+    const auto file = line.text("--sidechain");
+    if (!file)
+        return true;
+    std::error_code error;
+    if (!std::filesystem::exists(*file, error)) {
+        context.dialogs().showMessage("The sidechain file " + *file + " does not exist.");
+        return false;
+    }
+    sidechain.m_fGain_dB = static_cast<float>(line.number("--sidechain-gain", 0.0));
+    sidechain.m_bLoop = line.has("--sidechain-loop");
+    sidechain.m_bListen = line.has("--listen");
+    sidechain.m_bEnabled = true;
+    return sidechain.load(*file, context.dialogs());
+}
+
+std::string resultText(const COfflineProcessing::CResult& result, bool bJson)
+{
+    const double dAudioSeconds =
+        static_cast<double>(result.m_nFrames) / (result.m_nSampleRate > 0 ? result.m_nSampleRate : 1);
+    const double dTimesRealTime = result.m_dSeconds > 0.0 ? dAudioSeconds / result.m_dSeconds : 0.0;
+    if (!bJson)
+        return formatted(
+            "%lld frames, %d channel%s, %d Hz: %.3f s of audio in %.3f s, %.0f times real time\n",
+            result.m_nFrames, result.m_nChannels, result.m_nChannels == 1 ? "" : "s", result.m_nSampleRate,
+            dAudioSeconds, result.m_dSeconds, dTimesRealTime);
+    CJsonWriter json;
+    json.beginObject();
+    json.member("frames", static_cast<std::int64_t>(result.m_nFrames));
+    json.member("channels", result.m_nChannels);
+    json.member("rate", result.m_nSampleRate);
+    json.member("seconds", result.m_dSeconds);
+    json.member("xRealtime", dTimesRealTime);
+    json.endObject();
+    return json.text();
+}
+
+} // namespace
+
+int runProcess(CCommandContext& context)
+{
+    CHeadlessDocument document(context);
+    if (!document.applyFilterOptions())
+        return EXIT_FAILED;
+    setUpEngine(context.line(), document->audioEngine());
+    if (!setUpSidechain(context, document->sidechain()))
+        return EXIT_FAILED;
+
+    context.dialogs().setSaveFile(*context.line().argument("OUT"));
+    if (context.line().has("--force"))
+        context.dialogs().setAnswer(true);
+    COfflineProcessing& processing = document->offlineProcessing();
+    if (!processing.processIntoWaveFile(*context.line().argument("IN"), &context.progress())) {
+        if (context.dialogs().lastMessage() != processing.reason())
+            context.dialogs().showMessage(processing.reason());
+        return EXIT_FAILED;
+    }
+    context.m_sResult = resultText(processing.result(), context.json());
+    return EXIT_DONE;
+}
+
+} // namespace velmora::cli

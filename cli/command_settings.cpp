@@ -1,0 +1,78 @@
+#include "cli/command_settings.h"
+
+#include "base/text.h"
+#include "cli/headless_document.h"
+#include "cli/json_writer.h"
+#include "cli/text_table.h"
+
+namespace velmora::cli {
+
+namespace {
+
+int printSettings(CCommandContext& context, CTonboxDoc& document)
+{
+    const std::string sPath = document.settingsFile().string();
+    if (context.json()) {
+        CJsonWriter json;
+        json.beginObject();
+        json.member("path", sPath);
+        json.key("lines");
+        json.beginArray();
+        for (const CSettingRow& row : settingsTable()) {
+            json.beginObject();
+            json.member("line", row.m_nLine);
+            json.member("name", row.m_sName);
+            json.member("value", document.settings().text(row.m_nLine));
+            json.endObject();
+        }
+        json.endArray();
+        json.endObject();
+        context.m_sResult = json.text();
+        return EXIT_DONE;
+    }
+    CTextTable table({">Line", "Name", "Value"});
+    for (const CSettingRow& row : settingsTable())
+        table.addRow(
+            {std::to_string(row.m_nLine), std::string(row.m_sName), document.settings().text(row.m_nLine)});
+    context.m_sResult = sPath + "\n\n" + table.text();
+    return EXIT_DONE;
+}
+
+// The line that a number or a name stands for; 0 if there is none.
+int lineOf(const std::string& sLine)
+{
+    const auto number = parseNumber(sLine);
+    if (!number)
+        return settingLine(sLine);
+    const bool bGood = *number >= 1 && *number <= static_cast<double>(SETTING_COUNT);
+    return bGood && *number == static_cast<int>(*number) ? static_cast<int>(*number) : 0;
+}
+
+} // namespace
+
+int runSettingsShow(CCommandContext& context)
+{
+    CHeadlessDocument document(context);
+    if (!document.start())
+        return EXIT_FAILED;
+    return printSettings(context, *document);
+}
+
+int runSettingsSet(CCommandContext& context)
+{
+    const std::string sLine = *context.line().argument("LINE");
+    const int nLine = lineOf(sLine);
+    if (nLine == 0)
+        return context.usageError("There is no settings line \"" + sLine + "\"; lines are 1 to " +
+                                  std::to_string(SETTING_COUNT) + ", or their names.");
+    CHeadlessDocument document(context);
+    if (!document.start())
+        return EXIT_FAILED;
+    std::string sError;
+    if (!document->settings().set(nLine, *context.line().argument("VALUE"), sError) ||
+        !document->settings().save(document->settingsFile(), sError))
+        return context.fail(sError);
+    return printSettings(context, *document);
+}
+
+} // namespace velmora::cli

@@ -1,0 +1,296 @@
+#include "cli/command.h"
+#include "cli/command_bench.h"
+#include "cli/command_demo.h"
+#include "cli/command_devices.h"
+#include "cli/command_measure.h"
+#include "cli/command_plugin.h"
+#include "cli/command_process.h"
+#include "cli/command_settings.h"
+
+#include <algorithm>
+
+namespace velmora::cli {
+
+namespace {
+
+constexpr EValueKind FLAG = EValueKind::Flag;
+constexpr EValueKind TEXT = EValueKind::Text;
+constexpr EValueKind NUMBER = EValueKind::Number;
+constexpr EValueKind WHOLE = EValueKind::WholeNumber;
+constexpr EValueKind FILE_NAME = EValueKind::File;
+constexpr EValueKind FOLDER = EValueKind::Folder;
+constexpr EValueKind CHOICE = EValueKind::Choice;
+
+// Gains beyond these are no audio.
+constexpr CValueRule decibels()
+{
+    return {NUMBER, -200, 200, {}};
+}
+CValueRule oneOf(std::vector<std::string_view> choices)
+{
+    return {.m_eKind = CHOICE, .m_choices = std::move(choices)};
+}
+
+constexpr std::string_view PLUG_IN_JSON =
+    R"({"file", "m_PlugInName", "m_uPlugInVersion", "m_bOutputOnlyPlugIn", "m_bWantBuffers", )"
+    R"("m_bWantChannelBuffers", "m_bWantIRs", "m_nIRLength", "m_bWantAllMIDIMessages", )"
+    R"("m_bEnableMIDIControl", "m_bUserCustomGUI", "m_bUseCustomVSTGUI", "m_uMaxInputChannels", )"
+    R"("m_uMaxOutputChannels", "controls": [{"uControlType", "uControlId", "m_sName", "m_sUnits", )"
+    R"("cVariableName", "uUserDataType", "fUserDisplayDataLoLimit", "fUserDisplayDataHiLimit", )"
+    R"("bLogSlider", "bExpSlider", "cEnumeratedList", "value", "m_sValue", "m_nPos", "m_fNormalized"}], )"
+    R"("presets": [names]})";
+
+constexpr std::string_view SETTINGS_JSON = R"({"path", "lines": [{"line": 1, "name", "value"} ...]})";
+
+} // namespace
+
+std::span<const COption> globalOptions()
+{
+    static const std::vector<COption> OPTIONS = {
+        {"--json", "", "Prints the result as one JSON object."},
+        {"--user-folder",
+         "DIR",
+         "Uses this user folder instead of the one found from the environment.",
+         {FOLDER}},
+        {"--answer", "yes|no", "Replies to every Yes/No question; no unless given.", oneOf({"yes", "no"})},
+        {"--quiet", "", "Shows neither progress nor the texts of plug-ins."},
+        {.m_sName = "--help", .m_sValueName = "", .m_sHelp = "Explains the command.", .m_sShortName = "-h"},
+        {"--version", "", "Prints the program's version."},
+    };
+    return OPTIONS;
+}
+
+std::span<const COption> filterOptions()
+{
+    static const std::vector<COption> OPTIONS = {
+        {"--plugin", "FILE", "Loads a plug-in library.", {FILE_NAME}},
+        {"--set",
+         "ID=VALUE",
+         "Sets a control to a value, as typed into its edit box; values beyond the control's limits become "
+         "the limit. May be given for many controls.",
+         {EValueKind::Assignment},
+         true},
+        {"--set-position",
+         "ID=POS",
+         "Moves a control to a position, 0 (low end) to 256 (high end). May be given for many controls.",
+         {EValueKind::PositionAssignment, 0, 256},
+         true},
+    };
+    return OPTIONS;
+}
+
+std::span<const CCommandGroup> commandGroups()
+{
+    static const std::vector<CCommandGroup> GROUPS = {
+        {"settings", "Reads and changes the settings file"},
+        {"plugin", "Looks at plug-in libraries"},
+    };
+    return GROUPS;
+}
+
+std::span<const CCommand> commandTable()
+{
+    static const std::vector<CCommand> COMMANDS = {
+        {
+            .m_sName = "settings show",
+            .m_sSummary = "prints the settings file",
+            .m_sDescription =
+                "Reads the settings file of the user folder and prints each of its lines with its "
+                "name. A file that is missing is made with the defaults; an older, shorter one is "
+                "brought up to date.",
+            .m_sJsonResult = SETTINGS_JSON,
+            .m_examples = {{"settings show", "Shows all settings."}},
+            .m_pRun = runSettingsShow,
+        },
+        {
+            .m_sName = "settings set",
+            .m_sSummary = "changes one line of the settings file",
+            .m_sDescription =
+                "Changes one line, rewrites the file and prints it. A value that does not fit the "
+                "line's type is refused, and the file stays as it is.",
+            .m_arguments = {{"LINE", "Number of the line, 1 to 71, or its name.", {TEXT}},
+                            {"VALUE", "The new value; an empty one is given as ''.", {TEXT}}},
+            .m_sJsonResult = SETTINGS_JSON,
+            .m_examples = {{"settings set 10 128", "Sets the number of frames per buffer to 128."},
+                           {"settings set m_sCompanyName \"Loud Noises\"",
+                            "Names a line instead of counting."}},
+            .m_pRun = runSettingsSet,
+        },
+        {
+            .m_sName = "plugin scan",
+            .m_sSummary = "lists the plug-in libraries of a folder",
+            .m_sDescription =
+                "Does what the workbench does when it starts: tries out every library of the folder "
+                "in a process of its own, loads the good ones, and tells for each what became of it. "
+                "Libraries that crash or hang are named and passed over.",
+            .m_arguments =
+                {{"DIR", "Folder to scan; without it PlugIns in the user folder.", {FOLDER}, true}},
+            .m_sJsonResult =
+                R"({"plugIns": [{"file", "m_PlugInName", "version", "status": "loaded"|"wrong version"|)"
+                R"("no version"|"load failed"|"duplicate"|"crashed", "reason"}]})",
+            .m_examples = {{"plugin scan", "Lists what the workbench would find when it starts."},
+                           {"plugin scan build --json",
+                            "Checks the libraries of a build folder in a script."}},
+            .m_pRun = runPlugInScan,
+        },
+        {
+            .m_sName = "plugin inspect",
+            .m_sSummary = "prints what a plug-in says of itself, and its controls",
+            .m_sDescription =
+                "Loads a plug-in, applies the options, and prints its members, each control with its "
+                "range, law, value and position, and the names of its presets.",
+            .m_arguments =
+                {{"FILE", "The plug-in library; may also be given with --plugin.", {FILE_NAME}, true}},
+            .m_bTakesFilter = true,
+            .m_sJsonResult = PLUG_IN_JSON,
+            .m_examples = {{"plugin inspect Gain.so", "Shows the controls and their ids."},
+                           {"plugin inspect Gain.so --set 0=-6", "Shows where the slider stands at -6."}},
+            .m_pRun = runPlugInInspect,
+        },
+        {
+            .m_sName = "process",
+            .m_sSummary = "runs an audio file through a plug-in into a new WAV file",
+            .m_sDescription =
+                "Runs the audio file IN through the filter, faster than real time, into the new file "
+                "OUT, which has the same rate, channels and sample format. The new file appears under "
+                "its name only when it is complete; a failure leaves every file as it was.",
+            .m_arguments = {{"IN", "Audio file to read: WAV, AIFF and others; mono or stereo.", {FILE_NAME}},
+                            {"OUT", "File to write; its name must hold .wav.", {FILE_NAME}}},
+            .m_options =
+                {
+                    {"--mode",
+                     "0..5",
+                     "Channel mode: 0 mono to mono, 1 mono to stereo, 2 stereo to stereo (the default); 3, 4 "
+                     "and "
+                     "5 the same with the dry input added.",
+                     {WHOLE, 0, 5}},
+                    {"--in-gain", "DB", "Gain ahead of the filter in dB.", decibels()},
+                    {"--out-gain", "DB", "Gain behind the filter in dB.", decibels()},
+                    {"--bypass", "", "Passes the audio around the filter; the gains still apply."},
+                    {"--sidechain", "FILE", "Audio file for the filter's sidechain input.", {FILE_NAME}},
+                    {"--sidechain-gain",
+                     "DB",
+                     "Gain of the sidechain in dB.",
+                     decibels(),
+                     false,
+                     {},
+                     "--sidechain"},
+                    {"--sidechain-loop",
+                     "",
+                     "Starts the sidechain over at its end.",
+                     {FLAG},
+                     false,
+                     {},
+                     "--sidechain"},
+                    {"--listen",
+                     "",
+                     "Writes the sidechain in place of the output.",
+                     {FLAG},
+                     false,
+                     {},
+                     "--sidechain"},
+                    {"--force", "", "Overwrites OUT if it exists."},
+                },
+            .m_bTakesFilter = true,
+            .m_sJsonResult = R"({"frames", "channels", "rate", "seconds", "xRealtime"})",
+            .m_examples = {{"process voice.wav louder.wav --plugin Gain.so --set 0=6",
+                            "Runs a recording through a plug-in with one control set."},
+                           {"process mix.wav out.wav --plugin Ducker.so --sidechain voice.wav --force",
+                            "Feeds the sidechain from a second file and overwrites out.wav."}},
+            .m_pRun = runProcess,
+        },
+        {
+            .m_sName = "measure",
+            .m_sSummary = "measures the impulse, step, frequency or phase response of a plug-in",
+            .m_sDescription = "Passes an impulse or a step through the filter and prints what comes out, or "
+                              "the magnitude or phase "
+                              "of its spectrum. Without --json and -o it prints a summary and a few values.",
+            .m_arguments = {{"KIND", "impulse, step, frequency (dB) or phase (degrees, not unwrapped).",
+                             oneOf({"impulse", "step", "frequency", "phase"})}},
+            .m_options =
+                {
+                    {"--rate", "HZ", "Sample rate in Hz; 44100 unless given.", {WHOLE, 1, 10000000}},
+                    {"--length",
+                     "N",
+                     "Frames to measure; 1024 unless given. For frequency and phase a power of two.",
+                     {WHOLE, 1, 16777216}},
+                    {"--normalize", "", "Scales the largest sample of an impulse or step response to 1."},
+                    {"-o", "FILE", "Writes the left channel's values to a file.", {FILE_NAME}},
+                    {"--format",
+                     "c|matlab|csv",
+                     "Format of that file; unless given it follows from its name: .c, .h and .cpp a C array, "
+                     ".m "
+                     "and .txt MATLAB, .csv comma-separated.",
+                     oneOf({"c", "matlab", "csv"}),
+                     false,
+                     {},
+                     "-o"},
+                },
+            .m_bTakesFilter = true,
+            .m_sJsonResult =
+                R"({"rate", "frames", "left": [...], "right": [...]}; frequency also "leftPeak" and )"
+                R"("rightPeak": {"maxdB", "maxHz", "dcdB"})",
+            .m_examples = {{"measure frequency --plugin Filter.so --length 8192",
+                            "Prints a frequency response."},
+                           {"measure impulse --plugin Filter.so -o h.csv", "Saves an impulse response."}},
+            .m_pRun = runMeasure,
+        },
+        {
+            .m_sName = "devices",
+            .m_sSummary = "lists audio and MIDI devices",
+            .m_sDescription =
+                "Lists the audio devices with their channels and default rates, and the MIDI inputs "
+                "and outputs. A system without any has empty lists.",
+            .m_sJsonResult = R"({"audio": [{"index", "name", "hostApi", "inputChannels", "outputChannels", )"
+                             R"("sampleRate", "lowInputLatency", "lowOutputLatency", "highInputLatency", )"
+                             R"("highOutputLatency", "defaultInput", "defaultOutput"}], )"
+                             R"("midiIn": [names], "midiOut": [names]})",
+            .m_examples = {{"devices", "Shows which names the settings may hold."}},
+            .m_pRun = runDevices,
+        },
+        {
+            .m_sName = "demo",
+            .m_sSummary = "shows what the workbench does, and writes a report of it",
+            .m_sDescription =
+                "Compiles an example plug-in with the system's compiler, loads it, runs a recording through "
+                "it, "
+                "measures it, and writes the results with their plots into one page, report.html.",
+            .m_arguments = {{"DIR", "Folder for what is made; velmora-demo unless given.", {FOLDER}, true}},
+            .m_sJsonResult = R"({"report"})",
+            .m_examples = {{"demo tour", "Writes tour/report.html."}},
+            .m_pRun = runDemo,
+        },
+        {
+            .m_sName = "bench",
+            .m_sSummary = "measures the speed of the program on this machine",
+            .m_sDescription = "Times the parts that matter for sound: what the host adds to a plug-in's own "
+                              "work on each of the "
+                              "three process paths, the Fourier transform, the level detector, and loading "
+                              "and scanning plug-in "
+                              "libraries, for which an example is compiled. Figures are medians of several "
+                              "runs. Takes some seconds.",
+            .m_sJsonResult = R"({"figures": [{"name", "value", "unit"}]})",
+            .m_examples = {{"bench --json > bench.json", "Keeps the figures for a comparison."}},
+            .m_pRun = runBench,
+        },
+    };
+    return COMMANDS;
+}
+
+std::vector<COption> optionsOf(const CCommand& command)
+{
+    std::vector<COption> options = command.m_options;
+    if (command.m_bTakesFilter)
+        std::ranges::copy(filterOptions(), std::back_inserter(options));
+    std::ranges::copy(globalOptions(), std::back_inserter(options));
+    return options;
+}
+
+const CCommand* findCommand(std::string_view sName)
+{
+    const auto commands = commandTable();
+    const auto found = std::ranges::find(commands, sName, &CCommand::m_sName);
+    return found == commands.end() ? nullptr : &*found;
+}
+
+} // namespace velmora::cli

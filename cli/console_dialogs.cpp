@@ -1,0 +1,51 @@
+#include "cli/console_dialogs.h"
+
+#include "cli/console_progress.h"
+
+#include <cerrno>
+#include <string>
+#include <unistd.h>
+
+namespace velmora::cli {
+
+void printToStandardError(std::string_view sText)
+{
+    removeProgressBar();
+    std::string sLine(sText);
+    if (!sLine.ends_with('\n'))
+        sLine += '\n';
+    for (std::string_view sRest = sLine; !sRest.empty();) {
+        const ssize_t nWritten = ::write(STDERR_FILENO, sRest.data(), sRest.size());
+        if (nWritten < 0 && errno != EINTR)
+            return;
+        sRest.remove_prefix(nWritten < 0 ? 0 : static_cast<std::size_t>(nWritten));
+    }
+}
+
+void CConsoleDialogs::showMessage(std::string_view sText)
+{
+    m_sLastMessage = sText;
+    printToStandardError(sText);
+}
+
+bool CConsoleDialogs::askYesNo(std::string_view sText)
+{
+    printToStandardError(sText);
+    printToStandardError(m_bAnswer ? "Answered with Yes." : "Answered with No.");
+    return m_bAnswer;
+}
+
+std::optional<std::filesystem::path> CConsoleDialogs::chooseSaveFile(std::string_view,
+                                                                     const std::filesystem::path&)
+{
+    return m_saveFile;
+}
+
+void CConsoleDialogs::note(std::string_view sText)
+{
+    constexpr std::string_view PLUG_IN_MARGIN = "    ";
+    if (!m_bQuiet && sText.starts_with(PLUG_IN_MARGIN))
+        printToStandardError(sText);
+}
+
+} // namespace velmora::cli

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "base/user_dialogs.h"
+
+namespace velmora::cli {
+
+// The dialogs of a shell: every box goes to standard error as it stands, one after the other, and
+// questions are answered by what the command line said. note() may be called on any thread.
+class CConsoleDialogs : public IUserDialogs
+{
+  public:
+    // bAnswer is the reply to every question; bQuiet leaves notes out.
+    CConsoleDialogs(bool bAnswer, bool bQuiet) : m_bAnswer(bAnswer), m_bQuiet(bQuiet) {}
+
+    void showMessage(std::string_view sText) override;
+    bool askYesNo(std::string_view sText) override;
+
+    // The file set with setSaveFile(), whatever is suggested.
+    std::optional<std::filesystem::path> chooseSaveFile(std::string_view sFilter,
+                                                        const std::filesystem::path& suggestedName) override;
+
+    // Prints the texts of plug-ins, which have four blanks ahead, and no other status line.
+    void note(std::string_view sText) override;
+
+    void setSaveFile(std::filesystem::path file) { m_saveFile = std::move(file); }
+    void setAnswer(bool bAnswer) { m_bAnswer = bAnswer; }
+
+    // What showMessage() showed last.
+    [[nodiscard]] const std::string& lastMessage() const { return m_sLastMessage; }
+
+  private:
+    bool m_bAnswer;
+    bool m_bQuiet;
+    std::optional<std::filesystem::path> m_saveFile;
+    std::string m_sLastMessage;
+};
+
+// Writes a text and a line end, if it has none, to standard error in one piece, taking a progress bar
+// on that line away first. [any]
+void printToStandardError(std::string_view sText);
+
+} // namespace velmora::cli

@@ -1,0 +1,79 @@
+#include "cli/headless_document.h"
+
+#include "base/text.h"
+#include "host/dsp_filter.h"
+
+namespace velmora::cli {
+
+namespace {
+
+std::string listOfControls(const CDSPFilter& filter)
+{
+    if (filter.m_ControlList.empty())
+        return filter.m_sName + " has no controls.";
+    std::string sText = "The controls of " + filter.m_sName + " are:";
+    for (const auto& pControl : filter.m_ControlList)
+        sText += "\n  " + std::to_string(pControl->uControlId) + "  " + pControl->m_sName;
+    return sText;
+}
+
+} // namespace
+
+CHeadlessDocument::CHeadlessDocument(CCommandContext& context)
+    : m_context(context), m_view(context.dialogs()), m_document(context.dialogs(), m_audioSystem, m_view)
+{
+    m_document.transport().setState(TRANSPORT_STOP);
+}
+
+bool CHeadlessDocument::start()
+{
+    CTonboxDoc::CStartUp startUp;
+    startUp.m_userFolder = m_context.userFolder();
+    startUp.m_bOpenAudioSystem = false;
+    startUp.m_bScanPlugIns = false;
+    return m_document.OnNewDocument(startUp);
+}
+
+bool CHeadlessDocument::loadPlugIn(const std::filesystem::path& library)
+{
+    m_crashGuard.reset();
+    m_crashGuard.emplace(library.stem().string());
+    return m_document.plugInLoader().loadPlugin(library, false) != nullptr;
+}
+
+bool CHeadlessDocument::applyFilterOptions()
+{
+    for (const CGivenOption& option : m_context.line().options()) {
+        if (option.m_sName == "--plugin" && !loadPlugIn(option.m_sValue))
+            return false;
+        if (option.m_sName.starts_with("--set") && !applyControlOption(option))
+            return false;
+    }
+    return true;
+}
+
+bool CHeadlessDocument::applyControlOption(const CGivenOption& option)
+{
+    const auto fail = [&](const std::string& sText) {
+        m_context.dialogs().showMessage(sText);
+        return false;
+    };
+    CDSPFilter* pFilter = m_document.currentFilter();
+    if (!pFilter)
+        return fail("The option " + option.m_sName + " needs a filter: give --plugin ahead of it.");
+    const auto uEquals = option.m_sValue.find('=');
+    const std::string sId = option.m_sValue.substr(0, uEquals);
+    const std::string sValue = option.m_sValue.substr(uEquals + 1);
+    const auto uControlId = static_cast<unsigned>(parseNumber(sId).value_or(0));
+    if (!pFilter->getControlById(uControlId))
+        return fail("There is no control " + sId + ". " + listOfControls(*pFilter));
+    if (option.m_sName == "--set-position") {
+        pFilter->setControlPosition(uControlId, static_cast<int>(parseNumber(sValue).value_or(0)));
+        return true;
+    }
+    return pFilter->setControlText(uControlId, sValue, false) ||
+           fail("The control " + sId + " (" + pFilter->getControlById(uControlId)->m_sName +
+                ") takes a number, which \"" + sValue + "\" is not.");
+}
+
+} // namespace velmora::cli

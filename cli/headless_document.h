@@ -1,0 +1,45 @@
+#pragma once
+
+#include "audio/portaudio_system.h"
+#include "cli/command_context.h"
+#include "cli/console_view.h"
+#include "cli/signal_guard.h"
+#include "document/tonbox_doc.h"
+
+#include <optional>
+
+namespace velmora::cli {
+
+// The document of a command, with all that it needs to run without a window. Nothing is started: what a
+// command needs of the start-up it asks for, so that one which only processes a file touches nothing else.
+class CHeadlessDocument
+{
+  public:
+    explicit CHeadlessDocument(CCommandContext& context);
+
+    [[nodiscard]] CTonboxDoc& operator*() { return m_document; }
+    [[nodiscard]] CTonboxDoc* operator->() { return &m_document; }
+
+    // Makes the user folder ready and reads the settings, and scans the plug-in folder if asked to. False
+    // if the user folder cannot be used; the user has been told.
+    [[nodiscard]] bool start();
+
+    // Loads a plug-in and makes it the current filter; a crash of it is told and ends the program from now
+    // on. False if it cannot be loaded; the user has been told.
+    [[nodiscard]] bool loadPlugIn(const std::filesystem::path& library);
+
+    // Applies the filter options in the order given. False if one cannot be applied; the user has been
+    // told.
+    [[nodiscard]] bool applyFilterOptions();
+
+  private:
+    [[nodiscard]] bool applyControlOption(const CGivenOption& option);
+
+    CCommandContext& m_context;
+    std::optional<CCrashGuard> m_crashGuard; // outlives the document, whose end runs plug-in code
+    CPortAudioSystem m_audioSystem;
+    CConsoleView m_view;
+    CTonboxDoc m_document;
+};
+
+} // namespace velmora::cli

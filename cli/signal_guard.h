@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string_view>
+
+namespace velmora::cli {
+
+// From here on an interrupt (Ctrl-C) or a request to terminate leaves no unfinished output file behind. It
+// ends the program at once, but for work that can be cancelled, which it asks to stop; the second one does
+// not wait for that.
+void watchForInterrupts();
+
+// Whether the work in hand asks wasInterrupted() from time to time. [any]
+void setCancellable(bool bCancellable);
+
+// Whether an interrupt has come. [any]
+[[nodiscard]] bool wasInterrupted();
+
+// While it lives, a fault inside a plug-in ends the program with one line that names the plug-in and an
+// exit status of EXIT_FAILED, and leaves no unfinished output file behind. Only one at a time. [main]
+class CCrashGuard
+{
+  public:
+    explicit CCrashGuard(std::string_view sPlugInName);
+    ~CCrashGuard();
+    CCrashGuard(const CCrashGuard&) = delete;
+    CCrashGuard& operator=(const CCrashGuard&) = delete;
+};
+
+} // namespace velmora::cli
