@@ -244,7 +244,7 @@ std::span<const CCommand> commandTable()
             .m_sJsonResult = R"({"audio": [{"index", "name", "hostApi", "inputChannels", "outputChannels", )"
                              R"("sampleRate", "lowInputLatency", "lowOutputLatency", "highInputLatency", )"
                              R"("highOutputLatency", "defaultInput", "defaultOutput"}], )"
-                             R"("midiIn": [names], "midiOut": [names]})",
+                             R"("midiIn": [{"name", "api"}], "midiOut": [{"name", "api"}]})",
             .m_examples = {{"devices", "Shows which names the settings may hold."}},
             .m_pRun = runDevices,
         },

@@ -52,8 +52,8 @@ constexpr std::string_view GROUP_CASE = R"(    NAME)
         ;;
 )";
 
-// A text inside a specification for _arguments.
-std::string specificationText(std::string_view sText)
+// A text inside a word for _arguments.
+std::string argumentsText(std::string_view sText)
 {
     return filledIn(sText, {{"\\", "\\\\"}, {"[", "\\["}, {"]", "\\]"}, {":", "\\:"}});
 }
@@ -73,35 +73,34 @@ std::string actionFor(const CValueRule& rule)
 }
 
 template <class TOptions>
-std::string specificationsOf(const TOptions& options)
+std::string argumentsWords(const TOptions& options)
 {
     std::string sText;
     for (const COption& option : options)
         for (const std::string_view sName : namesOf(option)) {
-            std::string sSpecification = (option.m_bRepeatable ? "*" : "") + std::string(sName) + "[" +
-                                         specificationText(option.m_sHelp) + "]";
+            std::string sOptionWord = (option.m_bRepeatable ? "*" : "") + std::string(sName) + "[" +
+                                      argumentsText(option.m_sHelp) + "]";
             if (option.m_rule.m_eKind != EValueKind::Flag)
-                sSpecification +=
-                    ":" + specificationText(option.m_sValueName) + ":" + actionFor(option.m_rule);
-            sText += " \\\n            " + shellQuoted(sSpecification);
+                sOptionWord += ":" + argumentsText(option.m_sValueName) + ":" + actionFor(option.m_rule);
+            sText += " \\\n            " + shellQuoted(sOptionWord);
         }
     return sText;
 }
 
 std::string commandCase(const CCommand& command)
 {
-    std::string sText = "    " + shellQuoted(command.m_sName) + ")\n        _arguments" +
-                        specificationsOf(optionsOf(command));
+    std::string sText =
+        "    " + shellQuoted(command.m_sName) + ")\n        _arguments" + argumentsWords(optionsOf(command));
     for (const CArgument& argument : command.m_arguments)
         sText += " \\\n            " +
-                 shellQuoted((argument.m_bOptional ? "::" : ":") + specificationText(argument.m_sName) + ":" +
+                 shellQuoted((argument.m_bOptional ? "::" : ":") + argumentsText(argument.m_sName) + ":" +
                              actionFor(argument.m_rule));
     return sText + "\n        ;;\n";
 }
 
 std::string entry(std::string_view sWord, std::string_view sSummary)
 {
-    return " " + shellQuoted(specificationText(sWord) + ":" + std::string(sSummary));
+    return " " + shellQuoted(argumentsText(sWord) + ":" + std::string(sSummary));
 }
 
 } // namespace
@@ -125,7 +124,7 @@ std::string zshCompletion()
                              {"TAKING_VALUES", joined(namesOfOptionsWithValue(), "|")},
                              {"GROUP_NAMES", joined(groupNames(), "|")},
                              {"FIRST_WORDS", sFirstWords},
-                             {" GLOBAL_OPTIONS", specificationsOf(globalOptions()) + " \\\n           "},
+                             {" GLOBAL_OPTIONS", argumentsWords(globalOptions()) + " \\\n           "},
                              {"GROUP_CASES", sGroupCases},
                              {"COMMAND_CASES", sCommandCases}});
 }

@@ -3,6 +3,7 @@
 #include "base/text.h"
 
 #include <array>
+#include <cmath>
 
 namespace velmora {
 
@@ -37,6 +38,26 @@ const CGraphDescription& descriptionOf(EGraphKind eKind)
     return DESCRIPTIONS.front();
 }
 
+// How a language writes what is no finite number.
+struct CNumberWords
+{
+    const char* m_pInfinity;
+    const char* m_pNegativeInfinity;
+    const char* m_pNotANumber;
+};
+
+constexpr CNumberWords C_WORDS = {"HUGE_VAL", "-HUGE_VAL", "NAN"}; // of <math.h>
+constexpr CNumberWords TEXT_WORDS = {"Inf", "-Inf", "NaN"};
+
+std::string numberText(double dValue, const CNumberWords& words)
+{
+    if (std::isnan(dValue))
+        return words.m_pNotANumber;
+    if (std::isinf(dValue))
+        return dValue > 0.0 ? words.m_pInfinity : words.m_pNegativeInfinity;
+    return formatted("%.16f", dValue);
+}
+
 std::string cArrayText(std::span<const double> values, const CGraphDescription& description)
 {
     std::string sText = "// --- Velmora(TM) Analyzer Graph Data\n"
@@ -46,7 +67,7 @@ std::string cArrayText(std::span<const double> values, const CGraphDescription& 
     sText += " \n// --- C/C++ style array:\n \n";
     sText += formatted("double dGraphArray[%zu] = {", values.size());
     for (std::size_t i = 0; i < values.size(); ++i)
-        sText += formatted(i + 1 < values.size() ? "%.16f," : "%.16f", values[i]);
+        sText += numberText(values[i], C_WORDS) + (i + 1 < values.size() ? "," : "");
     return sText + "};\n";
 }
 
@@ -54,7 +75,7 @@ std::string indexedText(std::span<const double> values, char cSeparator)
 {
     std::string sText;
     for (std::size_t i = 0; i < values.size(); ++i)
-        sText += formatted("%zu%c%.16f\n", i, cSeparator, values[i]);
+        sText += std::to_string(i) + cSeparator + numberText(values[i], TEXT_WORDS) + "\n";
     return sText;
 }
 

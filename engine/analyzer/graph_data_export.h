@@ -29,7 +29,8 @@ enum class EGraphFormat
 [[nodiscard]] std::optional<EGraphFormat> graphFormatByName(std::string_view sName);
 
 // A graph's values as text: a C array with a commented header, lines of index and value for MATLAB's
-// fscanf(), or comma-separated index and value under a heading. Sixteen decimals.
+// fscanf(), or comma-separated index and value under a heading. Sixteen decimals; what is no finite number
+// stands as <math.h> names it in the C array, else as Inf, -Inf or NaN.
 [[nodiscard]] std::string graphDataText(std::span<const double> values, EGraphKind eKind,
                                         EGraphFormat eFormat);
 

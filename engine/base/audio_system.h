@@ -6,16 +6,17 @@
 namespace velmora {
 
 // One device of the audio system.
-struct CAudioDeviceInfo {
+struct CAudioDeviceInfo
+{
     std::string m_sName;
     std::string m_sHostApi; // "ALSA", "JACK Audio Connection Kit" ...
     int m_nMaxInputChannels = 0;
     int m_nMaxOutputChannels = 0;
-    double m_dDefaultSampleRate = 0.0;         // Hz
-    double m_dDefaultLowInputLatency = 0.0;    // seconds
-    double m_dDefaultLowOutputLatency = 0.0;   // seconds
-    double m_dDefaultHighInputLatency = 0.0;   // seconds
-    double m_dDefaultHighOutputLatency = 0.0;  // seconds
+    double m_dDefaultSampleRate = 0.0;        // Hz
+    double m_dDefaultLowInputLatency = 0.0;   // seconds
+    double m_dDefaultLowOutputLatency = 0.0;  // seconds
+    double m_dDefaultHighInputLatency = 0.0;  // seconds
+    double m_dDefaultHighOutputLatency = 0.0; // seconds
 };
 
 // Port: the audio system, as thin as a fault-injecting double in a test needs it. Device indexes count

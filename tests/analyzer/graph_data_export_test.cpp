@@ -1,6 +1,8 @@
 #include "analyzer/graph_data_export.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace velmora {
 namespace {
@@ -22,6 +24,16 @@ TEST(GraphDataExportTest, EachFormatToTheLetter)
               "0 1.0000000000000000\n1 -0.5000000000000000\n2 0.1000000000000000\n");
     EXPECT_EQ(graphDataText(VALUES, EGraphKind::phaseResponse, EGraphFormat::csv),
               "bin,degrees\n0,1.0000000000000000\n1,-0.5000000000000000\n2,0.1000000000000000\n");
+}
+
+TEST(GraphDataExportTest, WhatIsNoFiniteNumberStaysReadable)
+{
+    const double dInfinity = std::numeric_limits<double>::infinity();
+    const std::vector<double> values = {-dInfinity, dInfinity, std::nan("")};
+    EXPECT_NE(graphDataText(values, EGraphKind::frequency, EGraphFormat::cArray)
+                  .find("= {-HUGE_VAL,HUGE_VAL,NAN};"),
+              std::string::npos);
+    EXPECT_EQ(graphDataText(values, EGraphKind::frequency, EGraphFormat::matlab), "0 -Inf\n1 Inf\n2 NaN\n");
 }
 
 TEST(GraphDataExportTest, FormatsAreFoundByName)

@@ -1,7 +1,7 @@
 #include "audio/cvz_wave.h"
 #include "audio/file_exception.h"
-#include "support/full_disk.h"
 #include "base/archive.h"
+#include "support/full_disk.h"
 #include "support/test_support.h"
 #include "support/wave_bytes.h"
 

@@ -1,6 +1,6 @@
-#include "support/full_disk.h"
 #include "audio/sound_file.h"
 #include "support/allocation_guard.h"
+#include "support/full_disk.h"
 #include "support/test_support.h"
 #include "support/wave_bytes.h"
 

@@ -1,6 +1,6 @@
-#include "support/full_disk.h"
 #include "base/text.h"
 #include "host/settings.h"
+#include "support/full_disk.h"
 #include "support/test_support.h"
 
 #include <gtest/gtest.h>
