@@ -52,7 +52,7 @@ CSpectrum spectrumOf(std::span<const double> impulseResponse)
     CSpectrum spectrum{std::vector<double>(impulseResponse.size()),
                        std::vector<double>(impulseResponse.size())};
     CFFT fft;
-    fft.transform(static_cast<unsigned>(impulseResponse.size()), false, impulseResponse.data(), nullptr,
+    fft.transform(static_cast<int>(impulseResponse.size()), false, impulseResponse.data(), nullptr,
                   spectrum.m_real.data(), spectrum.m_imaginary.data());
     return spectrum;
 }
@@ -60,6 +60,13 @@ CSpectrum spectrumOf(std::span<const double> impulseResponse)
 bool isTransformLength(std::size_t uLength)
 {
     return uLength >= 2 && (uLength & (uLength - 1)) == 0;
+}
+
+// Whole frames in so many milliseconds; 0, which is refused, for a length that no memory holds.
+int framesOf(int nMilliseconds, double dSampleRate)
+{
+    const double dFrames = dSampleRate * nMilliseconds / 1000.0;
+    return dFrames < CResponseMeasurement::MAX_FRAMES ? static_cast<int>(dFrames) : 0;
 }
 
 } // namespace
@@ -91,21 +98,19 @@ bool CResponseMeasurement::measureStepLong(CDSPFilter* pFilter, bool bNormalise,
 bool CResponseMeasurement::measureImpulseMs(CDSPFilter* pFilter, bool bNormalise, int nMilliseconds,
                                             double dSampleRate)
 {
-    return measureImpulseLong(pFilter, bNormalise, static_cast<int>(dSampleRate * nMilliseconds / 1000.0),
-                              dSampleRate);
+    return measureImpulseLong(pFilter, bNormalise, framesOf(nMilliseconds, dSampleRate), dSampleRate);
 }
 
 bool CResponseMeasurement::measureStepMs(CDSPFilter* pFilter, bool bNormalise, int nMilliseconds,
                                          double dSampleRate)
 {
-    return measureStepLong(pFilter, bNormalise, static_cast<int>(dSampleRate * nMilliseconds / 1000.0),
-                           dSampleRate);
+    return measureStepLong(pFilter, bNormalise, framesOf(nMilliseconds, dSampleRate), dSampleRate);
 }
 
 bool CResponseMeasurement::measure(CDSPFilter* pFilter, EStimulus eStimulus, EScaling eScaling,
                                    bool bNormalise, int nFrames, double dSampleRate)
 {
-    if (!pFilter || nFrames < 1)
+    if (!pFilter || nFrames < 1 || nFrames > MAX_FRAMES)
         return false;
     const auto uSamples = static_cast<std::size_t>(nFrames) * CHANNELS;
     // An impulse is the first frame alone; a step is every frame but the first.
@@ -153,11 +158,10 @@ CFrequencyResponse frequencyResponse(std::span<const double> impulseResponse, do
     for (std::size_t k = 0; k < uBins; ++k)
         result.m_dB[k] = 20.0 * std::log10(std::sqrt(spectrum.m_real[k] * spectrum.m_real[k] +
                                                      spectrum.m_imaginary[k] * spectrum.m_imaginary[k]));
-    const auto [smallest, largest] = std::ranges::minmax_element(result.m_dB);
-    const auto firstLargest = std::ranges::find(result.m_dB, *largest);
+    const auto largest = std::ranges::max_element(result.m_dB);
     result.m_dMaxdB = *largest;
-    result.m_dMindB = *smallest;
-    result.m_dMaxHz = static_cast<double>(firstLargest - result.m_dB.begin()) * dBinWidth;
+    result.m_dMindB = *std::ranges::min_element(result.m_dB);
+    result.m_dMaxHz = static_cast<double>(largest - result.m_dB.begin()) * dBinWidth;
     result.m_dDCdB = result.m_dB.front();
     return result;
 }

@@ -16,9 +16,11 @@ class CResponseMeasurement
 {
   public:
     static constexpr int DEFAULT_FRAMES = 1024;
+    static constexpr int MAX_FRAMES = 1 << 26; // 25 minutes at 44100 Hz
 
-    // Each returns false, and keeps the last response, without a filter or for fewer than one frame.
-    // dSampleRate is in Hz. bNormalise divides by the largest (signed) sample instead of 32768.
+    // Each returns false, and keeps the last response, without a filter, for fewer than one frame or more
+    // than MAX_FRAMES. dSampleRate is in Hz. bNormalise divides by the largest (signed) sample instead of
+    // 32768.
     bool measureImpulse(CDSPFilter* pFilter, bool bNormalise, double dSampleRate);
     bool measureStep(CDSPFilter* pFilter, bool bNormalise, double dSampleRate);
     bool measureImpulseLong(CDSPFilter* pFilter, bool bNormalise, int nFrames, double dSampleRate);

@@ -52,15 +52,26 @@ bool CAudioEngine::processPortAudioFile(float* pIn, float* pOut, int nSamples, b
     m_bufferDone.reset();
 
     const int nChannels = (pInfo ? *pInfo : m_waveInfo).m_nChannels;
-    const CBuffer buffer = describeBuffer(pIn, pOut, std::clamp(nSamples, 0, MAX_SAMPLES), nChannels);
+    const int nProcessed = std::clamp(nSamples, 0, MAX_SAMPLES);
+    const CBuffer buffer = describeBuffer(pIn, pOut, nProcessed, nChannels);
     applyInput(buffer);
     applySidechain(buffer);
     runFilter(buffer);
     applyOutput(buffer);
+    std::fill(pOut + nProcessed, pOut + std::max(nSamples, nProcessed), 0.0F);
 
     if (!bOffline)
         m_bufferDone.set();
     return true;
+}
+
+float CAudioEngine::CGain::linear(float fGain_dB)
+{
+    if (fGain_dB != m_fGain_dB) {
+        m_fGain_dB = fGain_dB;
+        m_fLinear = dB2Lin(fGain_dB);
+    }
+    return m_fLinear;
 }
 
 CAudioEngine::CBuffer CAudioEngine::describeBuffer(float* pIn, float* pOut, int nSamples, int nChannels)
@@ -71,8 +82,8 @@ CAudioEngine::CBuffer CAudioEngine::describeBuffer(float* pIn, float* pOut, int 
         .m_pOut = pOut,
         .m_nChannels = nChannels,
         .m_uMode = m_uChannelMode.load(std::memory_order_relaxed),
-        .m_fInputGain = dB2Lin(m_fInputGain_dB.load(std::memory_order_relaxed)),
-        .m_fOutputGain = dB2Lin(m_fOutputGain_dB.load(std::memory_order_relaxed)),
+        .m_fInputGain = m_inputGain.linear(m_fInputGain_dB.load(std::memory_order_relaxed)),
+        .m_fOutputGain = m_outputGain.linear(m_fOutputGain_dB.load(std::memory_order_relaxed)),
         .m_pSidechain = pSidechain,
         .m_nSidechainChannels = m_sidechain.channels(),
         .m_bSidechainEnabled = pSidechain && m_sidechain.m_bEnabled.load(std::memory_order_relaxed),
@@ -103,7 +114,8 @@ void CAudioEngine::applySidechain(const CBuffer& buffer)
         return;
     const std::size_t uFrames = buffer.m_in.size() / static_cast<std::size_t>(buffer.m_nChannels);
     const std::size_t uItems = uFrames * static_cast<std::size_t>(buffer.m_nSidechainChannels);
-    scale({buffer.m_pSidechain, uItems}, dB2Lin(m_sidechain.m_fGain_dB.load(std::memory_order_relaxed)));
+    scale({buffer.m_pSidechain, uItems},
+          m_sidechainGain.linear(m_sidechain.m_fGain_dB.load(std::memory_order_relaxed)));
     detect(METER_SIDECHAIN_LEFT, buffer.m_pSidechain, uItems / 2);
 }
 

@@ -46,7 +46,8 @@ enum EMeter : unsigned
 class CAudioEngine
 {
   public:
-    // The most samples, over all channels, that one call can take.
+    // The most samples, over all channels, that one call can take; what a longer buffer holds beyond them
+    // comes out as silence.
     static constexpr int MAX_SAMPLES = 16384;
 
     CAudioEngine(CTransport& transport, CSidechain& sidechain);
@@ -104,6 +105,17 @@ class CAudioEngine
         [[nodiscard]] bool usesMonoMix() const { return m_nChannels == 2 && m_uMode % 3 != 2; }
     };
 
+    // A gain whose linear value is worked out again only when its dB change.
+    class CGain
+    {
+      public:
+        [[nodiscard]] float linear(float fGain_dB);
+
+      private:
+        float m_fGain_dB = 0.0F;
+        float m_fLinear = 1.0F;
+    };
+
     CBuffer describeBuffer(float* pIn, float* pOut, int nSamples, int nChannels);
     void applyInput(const CBuffer& buffer);
     void applySidechain(const CBuffer& buffer);
@@ -118,6 +130,9 @@ class CAudioEngine
     CAutoResetEvent m_runGate{true};
     CAutoResetEvent m_bufferDone{false};
     std::atomic<bool> m_bDriverError{false};
+    CGain m_inputGain;
+    CGain m_outputGain;
+    CGain m_sidechainGain;
     std::vector<float> m_mono; // 0.5 * left + 0.5 * right of the buffer in hand
     std::array<CLevelDetector, METER_COUNT> m_detectors;
     std::array<std::atomic<float>, METER_COUNT> m_meters{};

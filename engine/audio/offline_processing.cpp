@@ -17,8 +17,8 @@ namespace velmora {
 
 namespace {
 
-constexpr int BLOCK_SAMPLES = 8192; // over all channels
-constexpr int BLOCKS_PER_REPORT = 16;
+constexpr int BLOCK_SAMPLES = 8192;             // over all channels
+constexpr std::size_t LONGEST_DIRECTORY = 1024; // characters
 constexpr int BIT_DEPTH = 16;
 
 // Puts the current directory back as it was.
@@ -34,7 +34,10 @@ class CCurrentDirectoryGuard
     CCurrentDirectoryGuard(const CCurrentDirectoryGuard&) = delete;
     CCurrentDirectoryGuard& operator=(const CCurrentDirectoryGuard&) = delete;
 
-    [[nodiscard]] bool isKnown() const { return !m_path.empty(); }
+    [[nodiscard]] bool isKnown() const
+    {
+        return !m_path.empty() && m_path.native().size() <= LONGEST_DIRECTORY;
+    }
 
   private:
     std::error_code m_error;
@@ -84,7 +87,8 @@ bool COfflineProcessing::processIntoWaveFile(const std::filesystem::path& waveFi
         return refuse("The wave file " + waveFile.string() + " does not exist.");
     const CCurrentDirectoryGuard directory;
     if (!directory.isKnown())
-        return refuse("The current directory is gone; change to one that exists.");
+        return refuse("The current directory is gone, or its path is longer than 1024 characters; "
+                      "change to another.");
 
     std::filesystem::path target;
     if (!chooseTarget(waveFile, target))
@@ -99,6 +103,14 @@ bool COfflineProcessing::processIntoWaveFile(const std::filesystem::path& waveFi
     if (input.info().m_nChannels > 2)
         return fail(formatted("The file %s has %d channels; only mono and stereo files can be processed.",
                               waveFile.string().c_str(), input.info().m_nChannels));
+    if (input.info().m_nFrames == 0)
+        return fail("The file " + waveFile.string() + " holds no audio.");
+    if (input.missingFrames() > 0 &&
+        !m_dialogs.askYesNo(formatted("The file %s is cut short: it holds %lld of the %lld frames that it "
+                                      "promises.\n\nDo you want to process what is there?",
+                                      waveFile.string().c_str(), input.info().m_nFrames,
+                                      input.info().m_nFrames + input.missingFrames())))
+        return refuse("The file " + waveFile.string() + " is cut short and was not processed.");
     return processInto(input, target, pProgress);
 }
 
@@ -130,8 +142,13 @@ bool COfflineProcessing::processInto(CSoundFile& input, const std::filesystem::p
     std::error_code error;
     if (std::filesystem::is_directory(target, error))
         return fail(WRITE_ERROR, target.string() + " is a folder.");
-    if (!output.openForWriting(unfinished.path(), input.info(), sReason))
+    if (!output.openForWriting(unfinished.path(), input.info(), sReason)) {
+        // The reason is about the file that the user named.
+        const std::string sUnfinished = unfinished.path().string();
+        if (const auto uAt = sReason.find(sUnfinished); uAt != std::string::npos)
+            sReason.replace(uAt, sUnfinished.size(), target.string());
         return fail(WRITE_ERROR, sReason);
+    }
     if (!runLoop(input, output, pProgress))
         return false;
     if (!output.close())
@@ -161,9 +178,8 @@ bool COfflineProcessing::runLoop(CSoundFile& input, CSoundFile& output, IProgres
 
     const auto start = std::chrono::steady_clock::now();
     long long nDone = 0;
-    for (int nBlock = 0; nDone < nTotal; ++nBlock) {
-        if (pProgress && nBlock % BLOCKS_PER_REPORT == 0 &&
-            !pProgress->report(static_cast<double>(nDone) / static_cast<double>(nTotal)))
+    while (nDone < nTotal) {
+        if (pProgress && !pProgress->report(static_cast<double>(nDone) / static_cast<double>(nTotal)))
             return refuse("Processing was cancelled; nothing was written.");
         const long long nRead = input.readFloats(in.data(), BLOCK_SAMPLES);
         if (nRead <= 0)

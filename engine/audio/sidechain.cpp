@@ -14,13 +14,21 @@ constexpr int MAX_SIDECHAIN_CHANNELS = 2;
 
 bool CSidechain::load(const std::filesystem::path& path, IUserDialogs& dialogs)
 {
+    m_sReason.clear();
     std::error_code error;
-    if (!std::filesystem::exists(path, error))
+    if (!std::filesystem::exists(path, error)) {
+        m_sReason = "The sidechain file " + path.string() + " does not exist.";
         return false;
+    }
     close();
     CSoundFile file;
-    std::string sReason;
-    if (!file.openForReading(path, sReason) || file.info().m_nChannels > MAX_SIDECHAIN_CHANNELS) {
+    bool bUsable = file.openForReading(path, m_sReason);
+    if (bUsable && file.info().m_nChannels > MAX_SIDECHAIN_CHANNELS) {
+        m_sReason = "The sidechain file " + path.string() + " has " +
+                    std::to_string(file.info().m_nChannels) + " channels; it may have one or two.";
+        bUsable = false;
+    }
+    if (!bUsable) {
         dialogs.showMessage("Failed to open Sidechain WAV file - Possible invalid file: Velmora does not "
                             "support compressed WAV Files.");
         m_path.clear();
@@ -51,15 +59,15 @@ void CSidechain::close()
 
 void CSidechain::readBlock(int nFrames)
 {
-    if (!m_bOpen)
+    const bool bLoop = m_bLoop.load(std::memory_order_relaxed);
+    if (m_buffer.empty() || !(m_bOpen || bLoop))
         return;
     const auto uWanted =
         std::min(static_cast<std::size_t>(nFrames) * static_cast<std::size_t>(m_file.info().m_nChannels),
                  m_buffer.size());
     auto uRead =
         static_cast<std::size_t>(m_file.readFloats(m_buffer.data(), static_cast<long long>(uWanted)));
-    const bool bAtEnd = uRead == 0;
-    while (uRead < uWanted && m_bLoop.load(std::memory_order_relaxed)) {
+    while (uRead < uWanted && bLoop) {
         m_file.seekFrames(0);
         const auto nMore =
             m_file.readFloats(m_buffer.data() + uRead, static_cast<long long>(uWanted - uRead));
@@ -68,8 +76,7 @@ void CSidechain::readBlock(int nFrames)
         uRead += static_cast<std::size_t>(nMore);
     }
     std::fill(m_buffer.begin() + static_cast<std::ptrdiff_t>(uRead), m_buffer.end(), 0.0F);
-    if (bAtEnd && uRead == 0)
-        m_bOpen = false;
+    m_bOpen = uRead > 0;
 }
 
 } // namespace velmora

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 namespace velmora {
@@ -26,8 +27,9 @@ class CSidechain
     bool openForStream(int nMaxFrames);
     void close();
 
-    // Reads the next nFrames frames into the buffer. At the file's end it starts over when looping;
-    // else silence follows, and isOpen() turns false. [audio]
+    // Reads the next nFrames frames into the buffer. At the file's end it starts over when looping, as often
+    // as a short file needs; else silence follows and isOpen() turns false until looping is switched on.
+    // [audio]
     void readBlock(int nFrames);
 
     [[nodiscard]] bool isOpen() const { return m_bOpen; }
@@ -38,6 +40,9 @@ class CSidechain
 
     [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
 
+    // Why the last load() was refused, as one sentence; empty if it was not.
+    [[nodiscard]] const std::string& reason() const { return m_sReason; }
+
     std::atomic<bool> m_bLoop{false};    // start over at the end
     std::atomic<bool> m_bListen{false};  // the sidechain replaces the input at the output
     std::atomic<bool> m_bEnabled{false}; // handed to the plug-in as bInputEnabled
@@ -47,7 +52,8 @@ class CSidechain
     std::filesystem::path m_path;
     CSoundFile m_file;
     std::vector<float> m_buffer;
-    bool m_bOpen = false;
+    std::string m_sReason;
+    std::atomic<bool> m_bOpen{false};
 };
 
 } // namespace velmora

@@ -1,5 +1,8 @@
 #include "audio/sound_file.h"
 
+#include "audio/wave_header.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -36,6 +39,13 @@ const char* absurdityOf(const SF_INFO& info)
     if (info.frames < 0 || info.frames > MAX_FRAMES)
         return "Its header names an impossible length";
     return nullptr;
+}
+
+// What libsndfile says of the file that it could not open, but for its word on its own bookkeeping.
+std::string openFailure()
+{
+    const std::string sReason = ::sf_strerror(nullptr);
+    return sReason.starts_with("Internal error") ? "Its header makes no sense" : sReason;
 }
 
 } // namespace
@@ -127,11 +137,12 @@ bool CSoundFile::openForReading(const std::filesystem::path& path, std::string& 
     auto pHandle = std::make_unique<CHandle>();
     pHandle->m_pSoundFile = ::sf_open(path.c_str(), SFM_READ, &info);
     if (!pHandle->m_pSoundFile)
-        return fail(::sf_strerror(nullptr));
+        return fail(openFailure());
     if (const char* pAbsurdity = absurdityOf(info))
         return fail(pAbsurdity);
     m_pHandle = std::move(pHandle);
     m_info = {info.frames, info.channels, info.samplerate, info.format};
+    m_nMissingFrames = std::max(promisedWaveFrames(path) - info.frames, 0LL);
     return true;
 }
 
@@ -205,6 +216,7 @@ bool CSoundFile::close()
     const bool bWhole = !m_pHandle || m_pHandle->close();
     m_pHandle.reset();
     m_info = {};
+    m_nMissingFrames = 0;
     return bWhole;
 }
 

@@ -56,6 +56,10 @@ class CSoundFile
     // Of the open file, or all zero. While writing, m_nFrames stays 0.
     [[nodiscard]] const CSoundFileInfo& info() const { return m_info; }
 
+    // How many more frames than it holds the header of the WAV file that is being read promises; 0 for a
+    // whole file, for one whose writer could not know its length, and for other containers. [main]
+    [[nodiscard]] long long missingFrames() const { return m_nMissingFrames; }
+
     // Writes what is still in the pipe and closes. False if any of what was written is not on its way to
     // the disk, as when it is full; the file is then damaged. True for a file that is not open. [main]
     bool close();
@@ -64,6 +68,7 @@ class CSoundFile
     struct CHandle;
     std::unique_ptr<CHandle> m_pHandle;
     CSoundFileInfo m_info;
+    long long m_nMissingFrames = 0;
 };
 
 } // namespace velmora

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 namespace velmora {
 
 // What the audio engine is doing.
@@ -14,25 +16,26 @@ enum ETransportState : unsigned
     TRANSPORT_USER_OSC = 7, // an output-only plug-in runs, with silence as its input
 };
 
-// The transport's state. [main]; the audio thread may read it.
+// The transport's state. It is changed on the main thread and read on any.
 class CTransport
 {
   public:
-    [[nodiscard]] ETransportState state() const { return m_eState; }
-    void setState(ETransportState eState) { m_eState = eState; }
+    [[nodiscard]] ETransportState state() const { return m_eState.load(std::memory_order_relaxed); }
+    void setState(ETransportState eState) { m_eState.store(eState, std::memory_order_relaxed); }
 
     // Stops, whatever the state was.
-    void onStop() { m_eState = TRANSPORT_STOP; }
+    void onStop() { setState(TRANSPORT_STOP); }
 
     // Whether a callback may be running now. In the other states nothing would ever signal the
     // buffer-done event, so nobody may wait for it.
     [[nodiscard]] bool hasAudioThread() const
     {
-        return m_eState != TRANSPORT_IDLE && m_eState != TRANSPORT_PAUSE && m_eState != TRANSPORT_STOP;
+        const ETransportState eState = state();
+        return eState != TRANSPORT_IDLE && eState != TRANSPORT_PAUSE && eState != TRANSPORT_STOP;
     }
 
   private:
-    ETransportState m_eState = TRANSPORT_IDLE;
+    std::atomic<ETransportState> m_eState{TRANSPORT_IDLE};
 };
 
 } // namespace velmora

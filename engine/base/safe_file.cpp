@@ -38,8 +38,10 @@ class CDescriptor
 std::filesystem::path temporaryNameBeside(const std::filesystem::path& target)
 {
     static std::atomic<unsigned> uCounter{0};
+    // The name stays within what file systems allow, however long the target's is.
+    constexpr int LONGEST_STEM = 180;
     const std::string sName =
-        formatted(".%s.%d.%u.part%s", target.stem().c_str(), static_cast<int>(::getpid()),
+        formatted(".%.*s.%d.%u.part%s", LONGEST_STEM, target.stem().c_str(), static_cast<int>(::getpid()),
                   uCounter.fetch_add(1), target.extension().c_str());
     return target.parent_path() / sName;
 }

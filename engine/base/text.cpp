@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdarg>
 #include <cstdio>
+#include <locale.h>
 
 namespace velmora {
 
@@ -37,8 +38,32 @@ bool equalsIgnoreCase(std::string_view sLeft, std::string_view sRight)
     return std::ranges::equal(sLeft, sRight, [&](char a, char b) { return lower(a) == lower(b); });
 }
 
+namespace {
+
+// Makes this thread write numbers as in the "C" locale, whatever the program or a plug-in chose.
+class CPlainLocale
+{
+  public:
+    CPlainLocale() : m_old(::uselocale(plain())) {}
+    ~CPlainLocale() { ::uselocale(m_old); }
+    CPlainLocale(const CPlainLocale&) = delete;
+    CPlainLocale& operator=(const CPlainLocale&) = delete;
+
+  private:
+    static locale_t plain()
+    {
+        static const locale_t PLAIN = ::newlocale(LC_ALL_MASK, "C", nullptr);
+        return PLAIN;
+    }
+
+    locale_t m_old;
+};
+
+} // namespace
+
 std::string formatted(const char* pFormat, ...)
 {
+    const CPlainLocale plainLocale;
     va_list arguments;
     va_start(arguments, pFormat);
     va_list again;

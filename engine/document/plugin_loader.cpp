@@ -7,6 +7,7 @@
 #include "host/plugin_probe.h"
 #include "host/user_dsp_filter.h"
 
+#include <exception>
 #include <utility>
 
 namespace velmora {
@@ -48,6 +49,7 @@ void CPlugInLoader::scanPlugIns(const std::filesystem::path& folder)
 CDSPFilter* CPlugInLoader::loadPlugin(const std::filesystem::path& libraryName, bool bStreaming)
 {
     m_bRebuildRequested = false;
+    m_sReason.clear();
     std::error_code error;
     std::filesystem::current_path(m_folder, error);
     const auto file = m_folder / libraryName;
@@ -76,11 +78,11 @@ CDSPFilter* CPlugInLoader::loadPlugin(const std::filesystem::path& libraryName, 
         m_engine.runGate().reset();
         m_dialogs.note("Buffer event done.");
     }
-    makeCurrent(*pNew);
-    m_dialogs.note("Old filter cleanup.");
-    prepareNewFilter(*pNew);
+    const bool bSwapped = swapTo(*pNew);
     if (bStreaming)
         m_engine.runGate().set();
+    if (!bSwapped)
+        return nullptr;
     m_loaded = std::move(pNew); // the old plug-in and its library go here, when nothing uses them
     m_dialogs.note("m_bPlugInLoaded = true");
     m_dialogs.note("loadPlugin( ) Done.");
@@ -105,7 +107,7 @@ std::unique_ptr<CPlugInLibrary> CPlugInLoader::openLibrary(const std::filesystem
     auto pLibrary = CPlugInLibrary::load(file, sReason);
     if (!pLibrary) {
         m_dialogs.showMessage("Error loading DLL");
-        m_dialogs.note(sReason);
+        keepReason(file.filename().string() + ": " + sReason + ".");
     }
     return pLibrary;
 }
@@ -128,17 +130,38 @@ CPlugIn* CPlugInLoader::createPlugIn(const CPlugInLibrary& library)
         m_dialogs.note("Plugin created.");
     } else {
         m_dialogs.showMessage("Could not create the Plug In object.");
-        m_dialogs.note(sReason);
+        keepReason(library.path().filename().string() + ": " + sReason + ".");
     }
     return pPlugIn;
 }
 
-void CPlugInLoader::makeCurrent(CLoadedPlugIn& plugIn)
+void CPlugInLoader::keepReason(const std::string& sReason)
 {
+    m_sReason = sReason;
+    m_dialogs.note(sReason);
+}
+
+// False, with everything as it was, if the plug-in throws.
+bool CPlugInLoader::swapTo(CLoadedPlugIn& plugIn)
+{
+    CDSPFilter* pOldFilter = m_engine.filter();
+    CLoadedPlugIn* pOldPlugIn = std::exchange(m_pCurrent, &plugIn);
+    m_dialogs.note("Old filter cleanup.");
     m_engine.setFilter(&plugIn.filter());
-    m_pCurrent = &plugIn;
     plugIn.filter().cleanUp();
     m_dialogs.note("New filter cleanup.");
+    try {
+        prepareNewFilter(plugIn);
+        return true;
+    } catch (const std::exception& exception) {
+        keepReason(plugIn.filter().m_sName + " threw an exception: " + exception.what());
+    } catch (...) {
+        keepReason(plugIn.filter().m_sName + " threw an exception.");
+    }
+    m_engine.setFilter(pOldFilter);
+    m_pCurrent = pOldPlugIn;
+    m_dialogs.showMessage("Could not create the Plug In object.");
+    return false;
 }
 
 void CPlugInLoader::prepareNewFilter(CLoadedPlugIn& plugIn)

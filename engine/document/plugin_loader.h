@@ -39,6 +39,10 @@ class CPlugInLoader
     // bStreaming the run gate is lowered for the swap.
     CDSPFilter* loadPlugin(const std::filesystem::path& libraryName, bool bStreaming);
 
+    // Why the last loadPlugin() returned null, as one sentence, where the message did not say it all; else
+    // empty.
+    [[nodiscard]] const std::string& reason() const { return m_sReason; }
+
     // Takes the current plug-in out of the engine and frees its library, unless the scan's list keeps
     // it. bQuiet shows no messages.
     void unloadPlugin(bool bQuiet);
@@ -66,8 +70,9 @@ class CPlugInLoader
     bool isContractVersionRight(const CPlugInLibrary& library);
     CPlugIn* createPlugIn(const CPlugInLibrary& library);
     bool survivesProbe(const std::filesystem::path& file);
-    void makeCurrent(CLoadedPlugIn& plugIn);
+    bool swapTo(CLoadedPlugIn& plugIn);
     void prepareNewFilter(CLoadedPlugIn& plugIn);
+    void keepReason(const std::string& sReason);
 
     CAudioEngine& m_engine;
     CTransport& m_transport;
@@ -78,6 +83,7 @@ class CPlugInLoader
     std::unique_ptr<CLoadedPlugIn> m_loaded;               // what loadPlugin() loaded
     CLoadedPlugIn* m_pCurrent = nullptr;
     std::vector<CScanEntry> m_scanEntries;
+    std::string m_sReason;
     bool m_bRebuildRequested = false;
     int m_nSampleRate = 44100;
     int m_nChannels = 2;

@@ -74,7 +74,8 @@ bool CTonboxDoc::enterUserFolder()
 void CTonboxDoc::readSettings()
 {
     std::string sError;
-    if (!m_settings.load(settingsFile(), m_userFolder, sError))
+    m_bSettingsUsable = m_settings.load(settingsFile(), m_userFolder, sError);
+    if (!m_bSettingsUsable)
         m_dialogs.showMessage(sError);
 }
 

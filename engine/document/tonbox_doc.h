@@ -53,6 +53,9 @@ class CTonboxDoc
     [[nodiscard]] std::filesystem::path settingsFile() const { return m_userFolder / "socket.log"; }
 
     [[nodiscard]] CSettings& settings() { return m_settings; }
+
+    // False if the settings file could not be read or brought up to date; the user was told why.
+    [[nodiscard]] bool areSettingsUsable() const { return m_bSettingsUsable; }
     [[nodiscard]] CAudioDevices& audioDevices() { return m_audioDevices; }
     [[nodiscard]] CTransport& transport() { return m_transport; }
     [[nodiscard]] CSidechain& sidechain() { return m_sidechain; }
@@ -72,6 +75,7 @@ class CTonboxDoc
     IUserDialogs& m_dialogs;
     std::filesystem::path m_userFolder;
     CSettings m_settings;
+    bool m_bSettingsUsable = true;
     CAudioDevices m_audioDevices;
     CTransport m_transport;
     CSidechain m_sidechain;

@@ -231,12 +231,29 @@ TEST_F(OfflineProcessingTest, TheSidechainFileIsReadAlongside)
     EXPECT_EQ(m_sidechain.buffer(), nullptr);
 }
 
-TEST_F(OfflineProcessingTest, AFileThatHoldsLessThanItPromisesEndsWhereItEnds)
+TEST_F(OfflineProcessingTest, AFileThatIsCutShortIsProcessedOnlyWhenTheUserSaysSo)
 {
     writeInput(1000, 2);
-    std::filesystem::resize_file(m_in, std::filesystem::file_size(m_in) - 4000);
+    const auto uSize = std::filesystem::file_size(m_in);
+    std::filesystem::resize_file(m_in, uSize - 4000);
+    expectRefused("");
+    EXPECT_EQ(m_dialogs.m_questions.back(),
+              "The file " + m_in.string() +
+                  " is cut short: it holds 500 of the 1000 frames that it promises.\n\n"
+                  "Do you want to process what is there?");
+    m_dialogs.m_bAnswer = true;
     ASSERT_TRUE(m_offline.processIntoWaveFile(m_in)) << m_offline.reason();
     EXPECT_EQ(samplesOf(m_out).size(), 1000U);
+    std::filesystem::remove(m_out);
+
+    // Cut anywhere, it is refused in one way or another, and nothing is written.
+    m_dialogs.m_bAnswer = false;
+    for (std::uintmax_t uLength = uSize - 4001; uLength-- > 0; uLength > 200 ? uLength -= 97 : 0) {
+        std::filesystem::resize_file(m_in, uLength);
+        EXPECT_FALSE(m_offline.processIntoWaveFile(m_in)) << uLength;
+        EXPECT_FALSE(m_offline.reason().empty());
+        EXPECT_EQ(test::entriesOf(m_folder.path()), std::vector<std::string>{"in.wav"});
+    }
 }
 
 } // namespace

@@ -71,6 +71,14 @@ TEST(SidechainTest, AfterTheEndComesSilenceOrTheBeginning)
     EXPECT_EQ(readFrames(sidechain, 7),
               (std::vector<float>{0.001F, 0.002F, 0.003F, 0.001F, 0.002F, 0.003F, 0.001F}));
     EXPECT_EQ(readFrames(sidechain, 2), (std::vector<float>{0.002F, 0.003F}));
+
+    sidechain.m_bLoop = false; // switched on again only after the end
+    ASSERT_TRUE(sidechain.openForStream(4));
+    readFrames(sidechain, 4);
+    readFrames(sidechain, 4);
+    sidechain.m_bLoop = true;
+    EXPECT_EQ(readFrames(sidechain, 2), (std::vector<float>{0.001F, 0.002F}));
+    EXPECT_TRUE(sidechain.isOpen());
 }
 
 TEST(SidechainTest, ReachesThePlugInWithItsGainAndReplacesTheInputWhenListening)

@@ -63,7 +63,7 @@ TEST_F(PlugInLoaderTest, ALoadTakesItsStepsInOrder)
     EXPECT_TRUE(m_dialogs.m_messages.empty());
     EXPECT_EQ(m_dialogs.m_notes, (std::vector<std::string>{
                                      "Plugin created.", "Plugin-buddy created.", "Buffer event done.",
-                                     "New filter cleanup.", "Old filter cleanup.", "Init GUI Form.",
+                                     "Old filter cleanup.", "New filter cleanup.", "Init GUI Form.",
                                      "prepareForPlay()", "m_bPlugInLoaded = true", "loadPlugin( ) Done."}));
     EXPECT_EQ(m_engine.filter(), pFilter);
     EXPECT_EQ(pFilter->m_sName, "Good");
