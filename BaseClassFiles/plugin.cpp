@@ -4,11 +4,7 @@
 #include <string.h>
 
 #if defined(_WIN32)
-// Declared here rather than by the system's header, which has a HWND of its own.
-extern "C" __declspec(dllimport) int __stdcall GetModuleHandleExA(unsigned long uFlags, const char* pAddress,
-                                                                  void** ppModule);
-extern "C" __declspec(dllimport) unsigned long __stdcall GetModuleFileNameA(void* pModule, char* pPath,
-                                                                            unsigned long uSize);
+#include <windows.h>
 #else
 #include <dlfcn.h>
 #endif
@@ -49,11 +45,12 @@ bool copyPath(char (&cCopy)[PATH_SIZE], const char* pPath)
 
 bool askPlatformForPath(char (&cPath)[PATH_SIZE])
 {
-    const unsigned long FROM_ADDRESS_WITHOUT_COUNTING = 4 | 2;
-    void* pModule = NULL;
-    if (!GetModuleHandleExA(FROM_ADDRESS_WITHOUT_COUNTING, g_cToldPath, &pModule))
+    const DWORD FROM_ADDRESS_WITHOUT_COUNTING =
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    HMODULE hModule = NULL;
+    if (!GetModuleHandleExA(FROM_ADDRESS_WITHOUT_COUNTING, g_cToldPath, &hModule))
         return false;
-    const unsigned long uLength = GetModuleFileNameA(pModule, cPath, PATH_SIZE);
+    const DWORD uLength = GetModuleFileNameA(hModule, cPath, PATH_SIZE);
     return uLength > 0 && uLength < PATH_SIZE;
 }
 

@@ -133,7 +133,7 @@ class CPlugIn
 
     void* m_pReserved; // not touched by the host
 
-    HWND m_hParentWnd; // where messages go; null until the host sets it, ahead of init()
+    hostWindow* m_hParentWnd; // where messages go; null until the host sets it, ahead of init()
 
     bool m_bUserCustomGUI;       // the project has a classic custom GUI
     bool m_bOutputOnlyPlugIn;    // a synth: makes sound without input

@@ -79,8 +79,6 @@ struct hostWindow
     ptrdiff_t (*send)(hostWindow* pWindow, UINT uMessage, size_t uParam, ptrdiff_t nParam);
 };
 
-typedef hostWindow* HWND;
-
 // Messages that a plug-in sends to the host's window.
 const UINT PLUGIN_MESSAGE_STATUS_TEXT = 4024;   // second parameter: const char*, at most 1023 characters
 const UINT PLUGIN_MESSAGE_UPDATE_GUI = 4025;    // second parameter: a control's uControlId

@@ -48,6 +48,9 @@ complain "No window toolkit below engine/ and cli/:" \
   "$(grep -rnE '#include <Q[A-Z]' engine cli || true)"
 complain "Third-party types stay behind the implementation, not in headers of the engine:" \
   "$(grep -rnE '#include <(portaudio|sndfile|RtMidi|rtmidi/|pugixml)' engine --include='*.h' || true)"
+complain "Only base/platform_*, host/plugin_library*, the probe and the compiler may depend on the platform:" \
+  "$(grep -rnE '#include <(unistd|fcntl|poll|spawn|dlfcn|sched|sys/[a-z]+)\.h>' engine |
+    grep -vE '^engine/(base/(platform_|safe_file)|host/(plugin_library|plugin_probe|probe/)|project/compiler/|audio/sound_file)' || true)"
 complain "The contract depends on nothing but the standard headers:" \
   "$(grep -nE '#include <' BaseClassFiles/*.h | grep -vE '<(stddef|math|string|float|limits|stdlib)\.h>' || true)"
 

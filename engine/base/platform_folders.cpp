@@ -45,6 +45,8 @@ void provideApplicationDataVariable()
     if (!environment("APPDATA").empty())
         return;
     std::string sBase = environment("XDG_DATA_HOME");
+    if (!sBase.starts_with('/'))
+        sBase.clear(); // a relative one is to be ignored
     if (sBase.empty() && !environment("HOME").empty())
         sBase = environment("HOME") + "/.local/share";
     if (!sBase.empty())

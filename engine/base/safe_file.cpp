@@ -1,5 +1,6 @@
 #include "base/safe_file.h"
 
+#include "base/platform_descriptor.h"
 #include "base/text.h"
 
 #include <array>
@@ -7,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <random>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,36 +16,13 @@ namespace velmora {
 
 namespace {
 
-class CDescriptor
-{
-  public:
-    explicit CDescriptor(int nDescriptor) : m_nDescriptor(nDescriptor) {}
-    ~CDescriptor() { close(); }
-    CDescriptor(const CDescriptor&) = delete;
-    CDescriptor& operator=(const CDescriptor&) = delete;
-
-    [[nodiscard]] int get() const { return m_nDescriptor; }
-
-    bool close()
-    {
-        const int nDescriptor = m_nDescriptor;
-        m_nDescriptor = -1;
-        return nDescriptor < 0 || ::close(nDescriptor) == 0;
-    }
-
-  private:
-    int m_nDescriptor;
-};
-
+// A name that nobody else will choose, within what file systems allow however long the target's is.
 std::filesystem::path temporaryNameBeside(const std::filesystem::path& target)
 {
-    static std::atomic<unsigned> uCounter{0};
-    // The name stays within what file systems allow, however long the target's is.
     constexpr int LONGEST_STEM = 180;
-    const std::string sName =
-        formatted(".%.*s.%d.%u.part%s", LONGEST_STEM, target.stem().c_str(), static_cast<int>(::getpid()),
-                  uCounter.fetch_add(1), target.extension().c_str());
-    return target.parent_path() / sName;
+    std::random_device random;
+    return target.parent_path() / formatted(".%.*s.%08x%08x.part%s", LONGEST_STEM, target.stem().c_str(),
+                                            random(), random(), target.extension().c_str());
 }
 
 // A link is followed, so that the file that it names is replaced and not the link.
@@ -97,19 +76,6 @@ bool flushToDisk(const std::filesystem::path& path)
     return file.get() >= 0 && ::fsync(file.get()) == 0;
 }
 
-bool writeAll(int nDescriptor, std::string_view sContents)
-{
-    while (!sContents.empty()) {
-        const ssize_t nWritten = ::write(nDescriptor, sContents.data(), sContents.size());
-        if (nWritten < 0 && errno == EINTR)
-            continue;
-        if (nWritten <= 0)
-            return false;
-        sContents.remove_prefix(static_cast<std::size_t>(nWritten));
-    }
-    return true;
-}
-
 } // namespace
 
 CSafeFile::CSafeFile(std::filesystem::path target)
@@ -148,7 +114,7 @@ bool writeFileSafely(const std::filesystem::path& path, std::string_view sConten
         return false;
     };
     CDescriptor descriptor(::open(file.path().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    if (descriptor.get() < 0 || !writeAll(descriptor.get(), sContents) || !descriptor.close())
+    if (descriptor.get() < 0 || !descriptor.write(sContents.data(), sContents.size()) || !descriptor.close())
         return fail(std::strerror(errno));
     return file.commit() || fail(file.error());
 }

@@ -90,8 +90,8 @@ std::optional<double> parseNumber(std::string_view sText)
 
 std::string shortestDecimal(double dValue)
 {
-    char text[32];
-    const auto result = std::to_chars(text, text + sizeof text, dValue);
+    char text[400]; // the smallest double has 324 places behind the point, the largest 309 before it
+    const auto result = std::to_chars(text, text + sizeof text, dValue, std::chars_format::fixed);
     return {text, result.ptr};
 }
 

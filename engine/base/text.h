@@ -23,7 +23,7 @@ namespace velmora {
 // the locale.
 [[nodiscard]] std::optional<double> parseNumber(std::string_view sText);
 
-// The shortest decimal text that reads back as the same double.
+// The shortest plain decimal text, without an exponent, that reads back as the same double.
 [[nodiscard]] std::string shortestDecimal(double dValue);
 
 } // namespace velmora

@@ -32,16 +32,22 @@ CPlugInLoader::CPlugInLoader(CAudioEngine& engine, CTransport& transport, IUserD
 
 CPlugInLoader::~CPlugInLoader()
 {
-    unloadAll();
+    m_engine.setFilter(nullptr);
+}
+
+void CPlugInLoader::setPlugInFolder(const std::filesystem::path& folder)
+{
+    std::error_code error;
+    m_folder = std::filesystem::absolute(folder, error);
 }
 
 void CPlugInLoader::scanPlugIns(const std::filesystem::path& folder)
 {
     setPlugInFolder(folder);
     std::error_code error;
-    std::filesystem::current_path(folder, error);
+    std::filesystem::current_path(m_folder, error);
     const CPlugInProbe probe;
-    auto result = CPlugInScanner(m_dialogs, probe).scanPlugIns(folder);
+    auto result = CPlugInScanner(m_dialogs, probe).scanPlugIns(m_folder);
     m_plugIns = std::move(result.m_plugIns);
     m_scanEntries = std::move(result.m_entries);
 }
@@ -86,7 +92,7 @@ CDSPFilter* CPlugInLoader::loadPlugin(const std::filesystem::path& libraryName, 
     m_loaded = std::move(pNew); // the old plug-in and its library go here, when nothing uses them
     m_dialogs.note("m_bPlugInLoaded = true");
     m_dialogs.note("loadPlugin( ) Done.");
-    return &m_pCurrent->filter();
+    return &m_loaded->filter();
 }
 
 // A library that would take the program down is named and left alone. What the helper process finds
@@ -94,7 +100,8 @@ CDSPFilter* CPlugInLoader::loadPlugin(const std::filesystem::path& libraryName, 
 bool CPlugInLoader::survivesProbe(const std::filesystem::path& file)
 {
     const auto result = CPlugInProbe().probe({&file, 1}).front();
-    if (result.m_eStatus != EProbeStatus::crashed && result.m_eStatus != EProbeStatus::timedOut)
+    if (result.m_eStatus != EProbeStatus::crashed && result.m_eStatus != EProbeStatus::timedOut &&
+        result.m_eStatus != EProbeStatus::notExamined)
         return true;
     m_dialogs.showMessage("The plug-in " + file.filename().string() + " was not loaded: it " +
                           result.m_sReason + ".");
@@ -145,7 +152,6 @@ void CPlugInLoader::keepReason(const std::string& sReason)
 bool CPlugInLoader::swapTo(CLoadedPlugIn& plugIn)
 {
     CDSPFilter* pOldFilter = m_engine.filter();
-    CLoadedPlugIn* pOldPlugIn = std::exchange(m_pCurrent, &plugIn);
     m_dialogs.note("Old filter cleanup.");
     m_engine.setFilter(&plugIn.filter());
     plugIn.filter().cleanUp();
@@ -159,7 +165,6 @@ bool CPlugInLoader::swapTo(CLoadedPlugIn& plugIn)
         keepReason(plugIn.filter().m_sName + " threw an exception.");
     }
     m_engine.setFilter(pOldFilter);
-    m_pCurrent = pOldPlugIn;
     m_dialogs.showMessage("Could not create the Plug In object.");
     return false;
 }
@@ -183,26 +188,16 @@ void CPlugInLoader::prepareNewFilter(CLoadedPlugIn& plugIn)
 
 void CPlugInLoader::unloadPlugin(bool bQuiet)
 {
-    if (!m_pCurrent)
+    if (!m_loaded)
         return;
     if (m_transport.hasAudioThread())
         m_engine.bufferDone().wait();
     m_engine.runGate().reset();
     m_engine.setFilter(nullptr);
-    if (m_loaded && m_loaded.get() == m_pCurrent && !m_loaded->unload() && !bQuiet)
+    if (!m_loaded->unload() && !bQuiet)
         m_dialogs.showMessage("Couldn't FreeLibrary! Error Code: %02X\n");
-    if (m_loaded.get() == m_pCurrent)
-        m_loaded.reset();
-    m_pCurrent = nullptr;
-    m_engine.runGate().set();
-}
-
-void CPlugInLoader::unloadAll()
-{
-    m_engine.setFilter(nullptr);
-    m_pCurrent = nullptr;
     m_loaded.reset();
-    m_plugIns.clear();
+    m_engine.runGate().set();
 }
 
 void CPlugInLoader::setFormat(int nSampleRate, int nChannels, int nBitDepth)

@@ -43,24 +43,22 @@ class CPlugInLoader
     // empty.
     [[nodiscard]] const std::string& reason() const { return m_sReason; }
 
-    // Takes the current plug-in out of the engine and frees its library, unless the scan's list keeps
-    // it. bQuiet shows no messages.
+    // Takes the plug-in that was loaded out of the engine, deletes it and frees its library. bQuiet shows no
+    // messages.
     void unloadPlugin(bool bQuiet);
-
-    // Deletes every plug-in object and frees its library.
-    void unloadAll();
 
     [[nodiscard]] const std::vector<CScanEntry>& scanEntries() const { return m_scanEntries; }
     [[nodiscard]] const std::vector<std::unique_ptr<CLoadedPlugIn>>& plugIns() const { return m_plugIns; }
 
     // The plug-in that is the current filter; null for none.
-    [[nodiscard]] CLoadedPlugIn* current() const { return m_pCurrent; }
-    [[nodiscard]] bool isPlugInLoaded() const { return m_pCurrent != nullptr; }
+    [[nodiscard]] CLoadedPlugIn* current() const { return m_loaded.get(); }
+    [[nodiscard]] bool isPlugInLoaded() const { return m_loaded != nullptr; }
 
     // The user answered Yes to the question whether a stale plug-in should be rebuilt.
     [[nodiscard]] bool isRebuildRequested() const { return m_bRebuildRequested; }
 
-    void setPlugInFolder(const std::filesystem::path& folder) { m_folder = folder; }
+    // Where file names without a folder are looked for.
+    void setPlugInFolder(const std::filesystem::path& folder);
 
     // What the filters are told about the audio: Hz, channels, bits.
     void setFormat(int nSampleRate, int nChannels, int nBitDepth);
@@ -80,8 +78,7 @@ class CPlugInLoader
     CHostWindow m_window;
     std::filesystem::path m_folder;
     std::vector<std::unique_ptr<CLoadedPlugIn>> m_plugIns; // what the scan loaded
-    std::unique_ptr<CLoadedPlugIn> m_loaded;               // what loadPlugin() loaded
-    CLoadedPlugIn* m_pCurrent = nullptr;
+    std::unique_ptr<CLoadedPlugIn> m_loaded;               // the current filter, if it is a plug-in
     std::vector<CScanEntry> m_scanEntries;
     std::string m_sReason;
     bool m_bRebuildRequested = false;

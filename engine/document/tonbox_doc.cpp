@@ -37,12 +37,13 @@ CTonboxDoc::CTonboxDoc(IUserDialogs& dialogs, IAudioSystem& audioSystem, IMessag
 CTonboxDoc::~CTonboxDoc()
 {
     OnCloseDocument();
-    m_plugInLoader.unloadAll();
 }
 
 bool CTonboxDoc::OnNewDocument(const CStartUp& startUp)
 {
     m_userFolder = startUp.m_userFolder.value_or(velmora::userFolder());
+    std::error_code error;
+    m_root = std::filesystem::absolute(m_userFolder.empty() ? "." : m_userFolder, error);
     m_plugInLoader.setPlugInFolder(plugInFolder());
     if (!enterUserFolder())
         return false;
@@ -99,9 +100,9 @@ bool CTonboxDoc::makeFolders()
 {
     for (const char* pName : USER_FOLDERS) {
         std::error_code error;
-        std::filesystem::create_directories(m_userFolder / pName, error);
+        std::filesystem::create_directories(m_root / pName, error);
         if (error) {
-            m_dialogs.showMessage("The folder " + (m_userFolder / pName).string() +
+            m_dialogs.showMessage("The folder " + (m_root / pName).string() +
                                   " cannot be made: " + error.message() + ".");
             return false;
         }

@@ -48,9 +48,10 @@ class CTonboxDoc
     // Stops the transport.
     void OnCloseDocument();
 
+    // As it was given: empty when the environment names none.
     [[nodiscard]] const std::filesystem::path& userFolder() const { return m_userFolder; }
-    [[nodiscard]] std::filesystem::path plugInFolder() const { return m_userFolder / "PlugIns"; }
-    [[nodiscard]] std::filesystem::path settingsFile() const { return m_userFolder / "socket.log"; }
+    [[nodiscard]] std::filesystem::path plugInFolder() const { return m_root / "PlugIns"; }
+    [[nodiscard]] std::filesystem::path settingsFile() const { return m_root / "socket.log"; }
 
     [[nodiscard]] CSettings& settings() { return m_settings; }
 
@@ -74,6 +75,7 @@ class CTonboxDoc
 
     IUserDialogs& m_dialogs;
     std::filesystem::path m_userFolder;
+    std::filesystem::path m_root; // the same as an absolute path, whatever the current directory becomes
     CSettings m_settings;
     bool m_bSettingsUsable = true;
     CAudioDevices m_audioDevices;

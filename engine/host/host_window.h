@@ -16,7 +16,7 @@ class CHostWindow
     CHostWindow& operator=(const CHostWindow&) = delete;
 
     // What goes into CPlugIn::m_hParentWnd. [main]
-    [[nodiscard]] HWND handle() { return &m_window; }
+    [[nodiscard]] hostWindow* handle() { return &m_window; }
 
   private:
     struct CWindow : hostWindow

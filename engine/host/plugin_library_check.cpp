@@ -15,6 +15,9 @@ namespace velmora {
 
 namespace {
 
+// A library is copied before it is opened, as a rule into memory.
+constexpr std::uint64_t MAX_LIBRARY_SIZE = std::uint64_t{512} << 20;
+
 using FileHeader = ElfW(Ehdr);
 using ProgramHeader = ElfW(Phdr);
 
@@ -72,6 +75,8 @@ std::string faultOfLibraryFile(int nDescriptor)
         return "is an empty file";
 
     const auto uSize = static_cast<std::uint64_t>(status.st_size);
+    if (uSize > MAX_LIBRARY_SIZE)
+        return "is larger than 512 MiB";
     unsigned char identification[EI_NIDENT] = {};
     if (uSize < SELFMAG || !readAt(nDescriptor, 0, identification, SELFMAG) ||
         std::memcmp(identification, ELFMAG, SELFMAG) != 0)

@@ -1,6 +1,6 @@
 #include "host/plugin_library_copy.h"
 
-#include "host/descriptor.h"
+#include "base/platform_descriptor.h"
 #include "host/plugin_library_check.h"
 
 #include <array>
@@ -37,21 +37,7 @@ bool mayHoldCode(const fs::path& folder)
     return ::statvfs(folder.c_str(), &status) != 0 || (status.f_flag & ST_NOEXEC) == 0;
 }
 
-bool writeAll(int nTarget, const char* pData, std::size_t uSize)
-{
-    while (uSize > 0) {
-        const ssize_t nWritten = ::write(nTarget, pData, uSize);
-        if (nWritten < 0 && errno == EINTR)
-            continue;
-        if (nWritten <= 0)
-            return false;
-        pData += nWritten;
-        uSize -= static_cast<std::size_t>(nWritten);
-    }
-    return true;
-}
-
-bool copyContents(int nSource, int nTarget)
+bool copyContents(int nSource, const CDescriptor& target)
 {
     std::array<char, 65536> buffer;
     for (off_t nOffset = 0;;) {
@@ -60,7 +46,7 @@ bool copyContents(int nSource, int nTarget)
             continue;
         if (nRead <= 0)
             return nRead == 0;
-        if (!writeAll(nTarget, buffer.data(), static_cast<std::size_t>(nRead)))
+        if (!target.write(buffer.data(), static_cast<std::size_t>(nRead)))
             return false;
         nOffset += nRead;
     }
@@ -119,7 +105,7 @@ CPlugInLibraryCopy::make(const fs::path& file, std::span<const fs::path> folders
             continue;
         }
         const CDescriptor target(::open(pCopy->path().c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0700));
-        if (target.get() < 0 || !copyContents(source.get(), target.get())) {
+        if (target.get() < 0 || !copyContents(source.get(), target)) {
             failed(std::strerror(errno));
             continue;
         }

@@ -17,7 +17,8 @@ namespace fs = std::filesystem;
 using CClock = std::chrono::steady_clock;
 
 constexpr const char* HELPER_NAME = "velmora-probe";
-constexpr std::size_t MAX_BATCH_BYTES = 65536; // of paths on one command line
+constexpr std::chrono::milliseconds START_UP{2000}; // what the helper itself may take to begin
+constexpr std::size_t MAX_BATCH_BYTES = 65536;      // of paths on one command line
 
 fs::path findHelper()
 {
@@ -67,7 +68,7 @@ class CBatchRun
 
     CPlugInProbeProcess m_process;
     std::chrono::milliseconds m_deadline;
-    CClock::time_point m_limit = CClock::now() + m_deadline;
+    CClock::time_point m_limit = CClock::now() + START_UP + m_deadline;
     std::span<CProbeResult> m_results;
     std::size_t m_uDone = 0;
     bool m_bBegun = false; // the library behind those done is being examined
@@ -149,7 +150,7 @@ void CBatchRun::blame(EProbeStatus eStatus, const std::string& sReason)
 std::size_t CBatchRun::giveUp(const std::string& sReason)
 {
     while (m_uDone < m_results.size())
-        blame(EProbeStatus::loadFailed, sReason);
+        blame(EProbeStatus::notExamined, sReason);
     return m_uDone;
 }
 

@@ -15,7 +15,8 @@ enum class EProbeStatus
     wrongVersion,   // reports a contract version other than ours; its object was never made
     noVersion,      // has no getAPIVersion()
     noCreateObject, // has no createObject()
-    loadFailed,     // is no library, cannot be linked, or could not be examined at all
+    loadFailed,     // is no library, or cannot be linked
+    notExamined,    // the helper program is missing or does not work
     crashed,        // crashed, called exit(), threw an exception
     timedOut,       // did not answer in time
     nullObject,     // createObject() returned null
@@ -51,7 +52,7 @@ class CPlugInProbe
                           std::filesystem::path helper = {});
 
     // One result for each file, in the same order. Nothing of what a library does escapes: no exception,
-    // no output, no open descriptor, no child process. [main]
+    // no output, no open descriptor, no child process but one that left the helper's process group. [main]
     [[nodiscard]] std::vector<CProbeResult> probe(std::span<const std::filesystem::path> files) const;
 
   private:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/descriptor.h"
+#include "base/platform_descriptor.h"
 
 #include <chrono>
 #include <filesystem>

@@ -33,6 +33,7 @@ EScanStatus scanStatus(EProbeStatus eStatus)
         return EScanStatus::crashed;
     case EProbeStatus::noCreateObject:
     case EProbeStatus::loadFailed:
+    case EProbeStatus::notExamined:
     case EProbeStatus::nullObject:
     case EProbeStatus::badObject:
         break;
@@ -103,6 +104,7 @@ class CScan
 
     IUserDialogs& m_dialogs;
     CPlugInScanner::CResult m_result;
+    std::string m_sNotExamined; // why libraries were not; empty if all were
 };
 
 // What the probe refused is dealt with as if it had been refused here.
@@ -113,7 +115,9 @@ void CScan::add(const CProbeResult& probed)
     if (probed.m_eStatus == EProbeStatus::good) {
         loadInto(entry);
     } else {
-        if (probed.m_eStatus == EProbeStatus::loadFailed)
+        if (probed.m_eStatus == EProbeStatus::notExamined)
+            m_sNotExamined = probed.m_sReason;
+        else if (probed.m_eStatus == EProbeStatus::loadFailed)
             showLoadError(entry);
         else if (entry.m_eStatus != EScanStatus::crashed)
             noteVersionFunction(probed.m_nVersion >= 0);
@@ -212,6 +216,9 @@ void CScan::showDuplicates()
 
 CPlugInScanner::CResult CScan::finish()
 {
+    if (!m_sNotExamined.empty())
+        m_dialogs.showMessage("Plug-ins were not loaded: the libraries " + m_sNotExamined +
+                              ". Install Velmora completely, or build all of it.");
     showDuplicates();
     return std::move(m_result);
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <optional>
 
 namespace velmora {
 
@@ -13,7 +14,9 @@ namespace {
 constexpr std::size_t MAX_FILE = 1024 * 1024; // bytes
 
 // Up to a little more than a settings file can have; empty if the file cannot be opened.
-std::string beginningOf(const std::filesystem::path& file)
+// Its first bytes, up to a little more than the largest settings file; none if a read fails. A file that
+// cannot be opened is empty.
+std::optional<std::string> beginningOf(const std::filesystem::path& file)
 {
     std::ifstream stream(file, std::ios::binary);
     std::string sContents;
@@ -22,6 +25,8 @@ std::string beginningOf(const std::filesystem::path& file)
         stream.read(block.data(), block.size());
         sContents.append(block.data(), static_cast<std::size_t>(stream.gcount()));
     }
+    if (stream.bad())
+        return std::nullopt;
     return sContents;
 }
 
@@ -74,10 +79,11 @@ bool CSettings::load(const std::filesystem::path& file, const std::filesystem::p
     const auto status = std::filesystem::status(file, ignored);
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
         return refuse(file, "it is not a regular file", sError);
-    const std::string sContents = beginningOf(file);
-    if (const std::string sReason = whyNotSettings(sContents); !sReason.empty())
+    const auto contents = beginningOf(file);
+    const std::string sReason = contents ? whyNotSettings(*contents) : "it cannot be read to its end";
+    if (!sReason.empty())
         return refuse(file, sReason, sError);
-    readLines(sContents);
+    readLines(*contents);
     if (!defaultWAVFile().empty() && isGone(defaultWAVFile()))
         at("m_sDefaultWAVFile") = std::string();
     return save(file, sError);
@@ -146,7 +152,8 @@ void CSettings::setDefaults(const std::filesystem::path& userFolder)
 {
     m_uFormatVersionRead = SETTINGS_FORMAT_VERSION;
     for (const CSettingRow& row : settingsTable())
-        at(row.m_sName) = parsedSetting(row.m_eType, settingDefault(row, userFolder));
+        m_values[static_cast<std::size_t>(row.m_nLine) - 1] =
+            parsedSetting(row.m_eType, settingDefault(row, userFolder));
 }
 
 bool CSettings::refuse(const std::filesystem::path& file, const std::string& sReason, std::string& sError)
@@ -166,7 +173,7 @@ void CSettings::readLines(std::string_view sContents)
         if (row.m_nLine == 1)
             m_uFormatVersionRead = std::get<unsigned>(parsedSetting(row.m_eType, sLine));
         else
-            at(row.m_sName) = parsedSetting(row.m_eType, sLine);
+            m_values[static_cast<std::size_t>(row.m_nLine) - 1] = parsedSetting(row.m_eType, sLine);
     }
 }
 

@@ -54,6 +54,7 @@ TEST(Text, ShortestDecimalReadsBackTheSame)
 {
     EXPECT_EQ(shortestDecimal(0.1), "0.1");
     EXPECT_EQ(shortestDecimal(44100.0), "44100");
+    EXPECT_EQ(shortestDecimal(100000.0), "100000");
     using CLimits = std::numeric_limits<double>;
     for (const double dValue : {1.0 / 3.0, -1e-300, CLimits::max(), CLimits::denorm_min(), M_PI})
         EXPECT_EQ(parseNumber(shortestDecimal(dValue)), dValue);

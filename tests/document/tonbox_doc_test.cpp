@@ -150,9 +150,15 @@ TEST_F(TonboxDocTest, WithoutTheVariableFoldersAreMadeInTheCurrentDirectory)
     ::unsetenv("APPDATA");
     std::filesystem::current_path(m_folder.path());
     {
+        std::filesystem::create_directory(m_folder / "PlugIns");
+        std::filesystem::copy_file(std::filesystem::path(PLUGIN_TEST_FOLDER) / "changeling.so",
+                                   m_folder / "PlugIns/Found.so");
         CTonboxDoc document(m_dialogs, m_audioSystem, m_view);
         EXPECT_TRUE(document.OnNewDocument({}));
         EXPECT_TRUE(document.userFolder().empty());
+        EXPECT_EQ(document.plugInLoader().plugIns().size(), 1U);
+        EXPECT_NE(document.plugInLoader().loadPlugin("Found.so", false), nullptr);
+        EXPECT_TRUE(std::filesystem::equivalent(document.settingsFile(), m_folder / "socket.log"));
     }
     EXPECT_TRUE(std::filesystem::exists(m_folder / "socket.log"));
     EXPECT_TRUE(std::filesystem::is_directory(m_folder / "AudioFiles"));

@@ -1,4 +1,4 @@
-#include "host/descriptor.h"
+#include "base/platform_descriptor.h"
 #include "host/plugin_library_check.h"
 #include "support/test_support.h"
 

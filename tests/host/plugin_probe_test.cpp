@@ -190,7 +190,7 @@ TEST(PlugInProbe, SaysSoWhenItCannotWork)
     };
     for (const auto& [helper, pReason] : cases) {
         for (const auto& result : CPlugInProbe(2s, helper).probe(files)) {
-            EXPECT_EQ(result.m_eStatus, EProbeStatus::loadFailed);
+            EXPECT_EQ(result.m_eStatus, EProbeStatus::notExamined);
             EXPECT_THAT(result.m_sReason, testing::StartsWith("could not be examined: "));
             EXPECT_THAT(result.m_sReason, testing::HasSubstr(pReason));
         }

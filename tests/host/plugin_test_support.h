@@ -36,6 +36,7 @@ class CPlugInFolder
   private:
     CTemporaryFolder m_folder;
     std::size_t m_uDescriptors;
+    std::vector<std::string> m_orphansBefore; // somebody else's
 };
 
 } // namespace velmora::test

@@ -1,6 +1,6 @@
 #include "project/compiler/command_line_compiler.h"
 
-#include "base/child_process.h"
+#include "base/platform_child_process.h"
 #include "base/safe_file.h"
 #include "base/text.h"
 

@@ -1,4 +1,4 @@
-#include "base/child_process.h"
+#include "base/platform_child_process.h"
 
 #include <algorithm>
 #include <array>
@@ -119,11 +119,11 @@ std::vector<std::string> environmentWith(const std::vector<std::pair<std::string
     return result;
 }
 
-// Takes over what lies in the pipe, without waiting; false at its end.
+// Takes over what lies in the pipe, up to a pipe's fill, without waiting; false at its end.
 bool drain(int nDescriptor, CChildResult& result)
 {
     std::array<char, 16384> buffer;
-    for (;;) {
+    for (int nRound = 0; nRound < 4; ++nRound) {
         const ssize_t nRead = ::read(nDescriptor, buffer.data(), buffer.size());
         if (nRead < 0 && errno == EINTR)
             continue;
@@ -134,6 +134,7 @@ bool drain(int nDescriptor, CChildResult& result)
         result.m_sOutput.append(buffer.data(), uKept);
         result.m_bOutputCut |= uKept < static_cast<std::size_t>(nRead);
     }
+    return true;
 }
 
 // Whether the child has ended, and how; it is released then.

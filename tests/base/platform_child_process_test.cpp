@@ -1,4 +1,4 @@
-#include "base/child_process.h"
+#include "base/platform_child_process.h"
 #include "support/test_support.h"
 
 #include <csignal>
