@@ -8,6 +8,7 @@
 #include "base/safe_file.h"
 #include "base/text.h"
 #include "base/user_dialogs.h"
+#include "dsp/numeric.h"
 #include "host/dsp_filter.h"
 
 #include <chrono>
@@ -78,6 +79,7 @@ COfflineProcessing::COfflineProcessing(CAudioEngine& engine, CTransport& transpo
 bool COfflineProcessing::processIntoWaveFile(const std::filesystem::path& waveFile, IProgress* pProgress)
 {
     m_sReason.clear();
+    m_remarks.clear();
     if (!m_engine.filter())
         return fail("You must load a filter first.");
     if (m_transport.state() != TRANSPORT_STOP)
@@ -158,7 +160,26 @@ bool COfflineProcessing::processInto(CSoundFile& input, const std::filesystem::p
     if (!unfinished.commit())
         return fail("Error writing wave file.", unfinished.error());
     m_dialogs.showMessage("Successfully processed wave file.");
+    collectRemarks(input.info());
     return true;
+}
+
+void COfflineProcessing::collectRemarks(const CSoundFileInfo& info)
+{
+    const COutputCheck& output = m_result.m_output;
+    if (output.notFinite() > 0)
+        m_remarks.push_back(
+            formatted("%lld samples of the output are infinite or not a number.", output.notFinite()));
+    if (output.overs() > 0)
+        m_remarks.push_back(
+            formatted("The output reached %+.1f dB: %lld samples %s full scale.",
+                      static_cast<double>(lin2dB(output.peak())), output.overs(),
+                      CSoundFile::holdsOvers(info.m_nFormat) ? "are beyond" : "were clipped to"));
+    if (m_nSidechainRate > 0 && m_nSidechainRate != info.m_nSampleRate)
+        m_remarks.push_back(formatted("The sidechain file has a rate of %d Hz and was played at %d Hz.",
+                                      m_nSidechainRate, info.m_nSampleRate));
+    for (const std::string& sRemark : m_remarks)
+        m_dialogs.note(sRemark);
 }
 
 bool COfflineProcessing::runLoop(CSoundFile& input, CSoundFile& output, IProgress* pProgress)
@@ -169,6 +190,7 @@ bool COfflineProcessing::runLoop(CSoundFile& input, CSoundFile& output, IProgres
     std::vector<float> out(BLOCK_SAMPLES);
 
     const CPlayingState playing(m_transport, m_sidechain);
+    m_nSidechainRate = m_sidechain.sampleRate();
     CDSPFilter& filter = *m_engine.filter();
     filter.setBitDepth(BIT_DEPTH);
     filter.m_nSampleRate = info.m_nSampleRate;
@@ -176,6 +198,9 @@ bool COfflineProcessing::runLoop(CSoundFile& input, CSoundFile& output, IProgres
     filter.prepareForPlay();
     m_engine.prepare(info.m_nSampleRate);
 
+    m_result = {};
+    m_result.m_nChannels = info.m_nChannels;
+    m_result.m_nSampleRate = info.m_nSampleRate;
     const auto start = std::chrono::steady_clock::now();
     long long nDone = 0;
     while (nDone < nTotal) {
@@ -186,13 +211,15 @@ bool COfflineProcessing::runLoop(CSoundFile& input, CSoundFile& output, IProgres
             break; // the file holds less than its header promised
         m_sidechain.readBlock(static_cast<int>(nRead) / info.m_nChannels);
         m_engine.processPortAudioFile(in.data(), out.data(), static_cast<int>(nRead), true, &info);
+        m_result.m_output.add({out.data(), static_cast<std::size_t>(nRead)});
         if (output.writeFloats(out.data(), nRead) != nRead)
             return fail("Error writing wave file.",
                         "The disk is full or was taken away; nothing was changed.");
         nDone += nRead;
     }
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-    m_result = {nDone / info.m_nChannels, info.m_nChannels, info.m_nSampleRate, elapsed.count()};
+    m_result.m_nFrames = nDone / info.m_nChannels;
+    m_result.m_dSeconds = elapsed.count();
     if (pProgress && !pProgress->report(1.0))
         return refuse("Processing was cancelled; nothing was written.");
     return true;

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "audio/output_check.h"
+
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace velmora {
 
@@ -24,6 +27,7 @@ class COfflineProcessing
         int m_nChannels = 0;
         int m_nSampleRate = 0;   // Hz
         double m_dSeconds = 0.0; // wall time of the processing loop
+        COutputCheck m_output;
     };
 
     COfflineProcessing(CAudioEngine& engine, CTransport& transport, CSidechain& sidechain,
@@ -37,6 +41,10 @@ class COfflineProcessing
     // Why the last call returned false, as one sentence, also where no message was shown.
     [[nodiscard]] const std::string& reason() const { return m_sReason; }
 
+    // What the user should know about the last file that was written though it succeeded, a sentence each:
+    // clipped samples, samples that are no numbers, a sidechain of another rate. They are also noted.
+    [[nodiscard]] const std::vector<std::string>& remarks() const { return m_remarks; }
+
     // Figures of the last file that was written.
     [[nodiscard]] const CResult& result() const { return m_result; }
 
@@ -45,6 +53,7 @@ class COfflineProcessing
     bool refuse(const std::string& sReason);
     bool chooseTarget(const std::filesystem::path& waveFile, std::filesystem::path& target);
     bool processInto(CSoundFile& input, const std::filesystem::path& target, IProgress* pProgress);
+    void collectRemarks(const CSoundFileInfo& info);
     bool runLoop(CSoundFile& input, CSoundFile& output, IProgress* pProgress);
 
     CAudioEngine& m_engine;
@@ -52,7 +61,9 @@ class COfflineProcessing
     CSidechain& m_sidechain;
     IUserDialogs& m_dialogs;
     CResult m_result;
+    int m_nSidechainRate = 0; // Hz; 0: no sidechain was played
     std::string m_sReason;
+    std::vector<std::string> m_remarks;
 };
 
 } // namespace velmora

@@ -38,6 +38,9 @@ class CSidechain
     [[nodiscard]] float* buffer() { return m_buffer.empty() ? nullptr : m_buffer.data(); }
     [[nodiscard]] int channels() const { return m_buffer.empty() ? 0 : m_file.info().m_nChannels; }
 
+    // Hz; 0 when no file was opened for the stream. [main]
+    [[nodiscard]] int sampleRate() const { return m_buffer.empty() ? 0 : m_file.info().m_nSampleRate; }
+
     [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
 
     // Why the last load() was refused, as one sentence; empty if it was not.

@@ -191,7 +191,9 @@ long long CSoundFile::readFloats(float* pItems, long long nItems)
 {
     if (!m_pHandle || nItems <= 0)
         return 0;
-    return ::sf_read_float(m_pHandle->m_pSoundFile, pItems, nItems - nItems % m_info.m_nChannels);
+    // Counted in frames, because a file may end within one.
+    return ::sf_readf_float(m_pHandle->m_pSoundFile, pItems, nItems / m_info.m_nChannels) *
+           m_info.m_nChannels;
 }
 
 long long CSoundFile::writeFloats(const float* pItems, long long nItems)
@@ -204,6 +206,12 @@ long long CSoundFile::writeFloats(const float* pItems, long long nItems)
 bool CSoundFile::seekFrames(long long nFrame)
 {
     return m_pHandle && nFrame >= 0 && ::sf_seek(m_pHandle->m_pSoundFile, nFrame, SEEK_SET) == nFrame;
+}
+
+bool CSoundFile::holdsOvers(int nFormat)
+{
+    const int nSampleFormat = nFormat & SF_FORMAT_SUBMASK;
+    return nSampleFormat == SF_FORMAT_FLOAT || nSampleFormat == SF_FORMAT_DOUBLE;
 }
 
 bool CSoundFile::isOpen() const

@@ -53,6 +53,9 @@ class CSoundFile
 
     [[nodiscard]] bool isOpen() const;
 
+    // Whether a file of this format keeps samples beyond full scale; others clip them.
+    [[nodiscard]] static bool holdsOvers(int nFormat);
+
     // Of the open file, or all zero. While writing, m_nFrames stays 0.
     [[nodiscard]] const CSoundFileInfo& info() const { return m_info; }
 

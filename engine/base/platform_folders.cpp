@@ -1,7 +1,9 @@
 #include "base/platform_folders.h"
 
 #include <cstdlib>
+#include <pwd.h>
 #include <string>
+#include <unistd.h>
 
 namespace velmora {
 
@@ -11,6 +13,17 @@ std::string environment(const char* pName)
 {
     const char* pValue = std::getenv(pName);
     return pValue ? pValue : "";
+}
+
+// HOME, else what the system's list of users says.
+std::string homeFolder()
+{
+    std::string sHome = environment("HOME");
+    if (sHome.empty()) {
+        const passwd* pUser = ::getpwuid(::getuid());
+        sHome = pUser && pUser->pw_dir ? pUser->pw_dir : "";
+    }
+    return sHome;
 }
 
 } // namespace
@@ -47,8 +60,8 @@ void provideApplicationDataVariable()
     std::string sBase = environment("XDG_DATA_HOME");
     if (!sBase.starts_with('/'))
         sBase.clear(); // a relative one is to be ignored
-    if (sBase.empty() && !environment("HOME").empty())
-        sBase = environment("HOME") + "/.local/share";
+    if (sBase.empty() && !homeFolder().empty())
+        sBase = homeFolder() + "/.local/share";
     if (!sBase.empty())
         ::setenv("APPDATA", sBase.c_str(), 1);
 }

@@ -16,7 +16,8 @@ namespace velmora {
 [[nodiscard]] std::filesystem::path userFolder();
 
 // What the programs' own entry points call first: sets APPDATA, when it is unset, to XDG_DATA_HOME or
-// else to ~/.local/share, as a desktop session would.
+// else to .local/share in the home folder that HOME or the system's list of users names, as a desktop session
+// would.
 void provideApplicationDataVariable();
 
 // The platform's suffix of a plug-in library, with its dot.

@@ -115,7 +115,7 @@ double normalizedFromCooked(const CControlLaw& law, double dCooked)
 
 int positionFromNormalized(double dNormalized)
 {
-    return truncatedToInt(POSITIONS * dNormalized);
+    return std::isfinite(dNormalized) ? truncatedToInt(POSITIONS * dNormalized) : 0;
 }
 
 int truncatedToInt(double dValue)

@@ -43,7 +43,7 @@ struct CControlLaw
 // goes through (10^p - 1) / 9. Not limited to 0..1; not a number for an empty range.
 [[nodiscard]] double normalizedFromCooked(const CControlLaw& law, double dCooked);
 
-// 256 times the normalised position, truncated. The factor holds for every control, whatever its range
+// 256 times the normalised position, truncated; 0 where an empty range leaves none. The factor holds for every control, whatever its range
 // of positions.
 [[nodiscard]] int positionFromNormalized(double dNormalized);
 

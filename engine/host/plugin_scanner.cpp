@@ -178,6 +178,8 @@ void CScan::keepOrReject(CScanEntry& entry, std::unique_ptr<CPlugInLibrary> pLib
         return;
     }
     entry.m_eStatus = EScanStatus::loaded;
+    if (entry.m_sPlugInName != entry.m_file.stem())
+        entry.m_sReason = "its m_PlugInName is \"" + entry.m_sPlugInName + "\", not the file's name";
     m_result.m_plugIns.push_back(std::move(pLoaded));
 }
 

@@ -32,7 +32,7 @@ struct CScanEntry
     std::string m_sPlugInName; // empty if no object was made
     int m_nVersion = -1;       // -1: not known
     EScanStatus m_eStatus = EScanStatus::loadFailed;
-    std::string m_sReason; // empty when loaded
+    std::string m_sReason; // when loaded empty, or a hint
 };
 
 // The scan of the plug-in folder at start-up. [main]

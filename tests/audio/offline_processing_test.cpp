@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <limits>
 #include <sys/resource.h>
 
 namespace velmora {
@@ -215,6 +216,40 @@ TEST_F(OfflineProcessingTest, CanBeCancelledAtAnyPointAndReportsHowFarItIs)
         EXPECT_EQ(m_transport.state(), TRANSPORT_STOP);
     }
     EXPECT_EQ(test::entriesOf(m_folder.path()), (std::vector<std::string>{"in.wav", "out.wav"}));
+}
+
+TEST_F(OfflineProcessingTest, RemarksTellWhatWentInButShouldNotHave)
+{
+    writeInput(5000, 2, WAV_PCM16);
+    ASSERT_TRUE(m_offline.processIntoWaveFile(m_in));
+    EXPECT_TRUE(m_offline.remarks().empty());
+    EXPECT_NEAR(m_offline.result().m_output.peak(), 3.0F * 999.0F / 4096.0F, 1e-4F);
+
+    m_dialogs.m_bAnswer = true;
+    m_engine.m_fOutputGain_dB = 20.0F;
+    ASSERT_TRUE(m_offline.processIntoWaveFile(m_in));
+    ASSERT_EQ(m_offline.remarks().size(), 1U);
+    EXPECT_TRUE(m_offline.remarks()[0].starts_with("The output reached +17.3 dB: "))
+        << m_offline.remarks()[0];
+    EXPECT_TRUE(m_offline.remarks()[0].ends_with(" samples were clipped to full scale."));
+
+    m_engine.m_fOutputGain_dB = std::numeric_limits<float>::infinity(); // 0 * infinity is not a number
+    ASSERT_TRUE(m_offline.processIntoWaveFile(m_in));
+    ASSERT_EQ(m_offline.remarks().size(), 1U);
+    EXPECT_EQ(m_offline.remarks()[0], "10000 samples of the output are infinite or not a number.");
+}
+
+TEST_F(OfflineProcessingTest, AFileThatEndsWithinAFrameLosesOnlyThat)
+{
+    writeInput(1000, 2, WAV_PCM16);
+    std::string sFile = test::readFile(m_in);
+    sFile.resize(sFile.size() - 2);
+    const auto uData = sFile.find("data");
+    sFile[uData + 4] = static_cast<char>(3998 & 0xFF);
+    sFile[uData + 5] = static_cast<char>(3998 >> 8);
+    test::writeFile(m_in, sFile);
+    ASSERT_TRUE(m_offline.processIntoWaveFile(m_in)) << m_offline.reason();
+    EXPECT_EQ(samplesOf(m_out).size(), 2U * 999U);
 }
 
 TEST_F(OfflineProcessingTest, TheSidechainFileIsReadAlongside)

@@ -66,7 +66,7 @@ TEST(PlatformFolders, ProgramsProvideTheVariable)
                  {nullptr, "/xdg", "/home/u", "/xdg/Velmora"},
                  {nullptr, nullptr, "/home/u", "/home/u/.local/share/Velmora"},
                  {"", "", "/home/u", "/home/u/.local/share/Velmora"},
-                 {nullptr, nullptr, nullptr, ""}};
+                 {nullptr, "relative", "/home/u", "/home/u/.local/share/Velmora"}};
     for (const auto& each : cases) {
         const CVariable appData("APPDATA", each.m_pAppData);
         const CVariable dataHome("XDG_DATA_HOME", each.m_pDataHome);
