@@ -15,8 +15,6 @@
 #include <thread>
 #include <unistd.h>
 
-extern char** environ;
-
 namespace velmora {
 
 namespace {
@@ -230,7 +228,7 @@ std::filesystem::path CChildProcess::findProgram(std::string_view sName)
     std::string_view sRest = pPath ? pPath : "";
     while (!sRest.empty()) {
         const std::size_t uEnd = std::min(sRest.find(':'), sRest.size());
-        const std::filesystem::path candidate = std::filesystem::path(sRest.substr(0, uEnd)) / sName;
+        std::filesystem::path candidate = std::filesystem::path(sRest.substr(0, uEnd)) / sName;
         sRest.remove_prefix(std::min(uEnd + 1, sRest.size()));
         struct stat file = {};
         if (candidate.is_absolute() && ::stat(candidate.c_str(), &file) == 0 && S_ISREG(file.st_mode) &&

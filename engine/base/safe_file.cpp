@@ -30,7 +30,7 @@ std::filesystem::path resolveLink(std::filesystem::path target)
 {
     std::error_code error;
     if (std::filesystem::is_symlink(target, error)) {
-        const auto resolved = std::filesystem::weakly_canonical(target, error);
+        auto resolved = std::filesystem::weakly_canonical(target, error);
         if (!error)
             return resolved;
     }
