@@ -7,7 +7,9 @@
 #include "cli/text_table.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <stdexcept>
 
 namespace velmora::cli {
@@ -22,7 +24,8 @@ class CWorkFolder
     {
         std::string sPath = (std::filesystem::temp_directory_path() / "velmora-bench-XXXXXX").string();
         if (!::mkdtemp(sPath.data()))
-            throw std::runtime_error("The folder " + sPath + " cannot be made.");
+            throw std::runtime_error("The folder " + sPath + " cannot be made: " + std::strerror(errno) +
+                                     ".");
         m_path = sPath;
     }
     ~CWorkFolder()
@@ -70,20 +73,23 @@ std::string asText(const std::vector<CBenchFigure>& figures)
 int runBench(CCommandContext& context)
 {
     std::vector<CBenchFigure> figures;
-    const CWorkFolder folder;
-    const auto append = [&](std::vector<CBenchFigure> part, double fDone) {
+    CBenchSteps steps(context.progress(), BENCH_STEPS);
+    const auto append = [&](std::vector<CBenchFigure> part) {
         std::ranges::move(part, std::back_inserter(figures));
-        return context.progress().report(fDone);
     };
     try {
-        if (!context.progress().report(0.0) || !append(benchOffline(folder.path()), 0.5) ||
-            !append(benchDsp(), 0.75))
-            return context.fail("The benchmark was interrupted.");
+        if (!steps.report(0.0))
+            throw CBenchInterrupted();
+        const CWorkFolder folder;
+        append(benchOffline(folder.path(), steps));
+        append(benchDsp(steps));
         try {
-            append(benchLibraries(folder.path()), 1.0);
+            append(benchLibraries(folder.path(), steps));
         } catch (const std::runtime_error& fault) {
             context.dialogs().showMessage(std::string("Without figures for libraries: ") + fault.what());
         }
+    } catch (const CBenchInterrupted&) {
+        return context.fail("The benchmark was interrupted.");
     } catch (const std::runtime_error& fault) {
         return context.fail(fault.what());
     }

@@ -1,5 +1,6 @@
 #include "cli/command_context.h"
 
+#include "cli/console_progress.h"
 #include "cli/help_text.h"
 
 namespace velmora::cli {
@@ -8,6 +9,18 @@ int CCommandContext::fail(std::string_view sText)
 {
     m_dialogs.showMessage(sText);
     return EXIT_FAILED;
+}
+
+void CCommandContext::showReason(std::string_view sReason)
+{
+    if (m_dialogs.lastMessage().find(sReason) == std::string::npos)
+        m_dialogs.showMessage(sReason);
+}
+
+void CCommandContext::announce(std::string_view sText)
+{
+    if (!m_line.has("--quiet"))
+        showActivity(sText);
 }
 
 int CCommandContext::usageError(std::string_view sText)

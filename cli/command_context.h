@@ -38,6 +38,12 @@ class CCommandContext
     // Shows sText and answers EXIT_FAILED.
     [[nodiscard]] int fail(std::string_view sText);
 
+    // Shows why something failed, if that is known and the last message did not say it already.
+    void showReason(std::string_view sReason);
+
+    // Shows on a terminal what takes long; a message or the end of the command takes it away again.
+    void announce(std::string_view sText);
+
     // As fail(), for a fault of the command line that only the command can find; followed by its usage.
     [[nodiscard]] int usageError(std::string_view sText);
 

@@ -166,10 +166,11 @@ class CCommandLineParser
         CSplitLine split = splitLine(line, optionsOfAllCommands());
         result.m_pCommand = commandOf(split.m_words);
         if (!result.m_pCommand) {
-            result.m_bHelp = split.m_bHelp;
             result.m_options = split.m_options;
             if (!split.m_words.empty() && isGroup(split.m_words[0]))
                 result.m_sGroup = split.m_words[0];
+            const bool bUnknown = split.m_words.size() > (result.m_sGroup.empty() ? 0 : 1);
+            result.m_bHelp = split.m_bHelp && !bUnknown;
             if (!split.m_words.empty() || split.m_sError.empty())
                 split.m_sError = unknownCommand(split.m_words);
             result.m_sError = split.m_sError;

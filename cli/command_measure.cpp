@@ -83,22 +83,22 @@ EGraphFormat formatOf(const CCommandLine& line)
     return graphFormatByName(sName).value_or(EGraphFormat::csv);
 }
 
-bool runMeasurement(CResponseMeasurement& measurement, CDSPFilter* pFilter, const CMeasureKind& kind,
-                    int nFrames, double dRate, bool bNormalize)
+// Only the step of default length has a way of its own, which normalises differently.
+bool runMeasurement(CResponseMeasurement& measurement, CDSPFilter* pFilter, const CMeasured& measured,
+                    bool bNormalize)
 {
-    const bool bDefault = nFrames == CResponseMeasurement::DEFAULT_FRAMES;
-    if (kind.m_bStep)
-        return bDefault ? measurement.measureStep(pFilter, bNormalize, dRate)
-                        : measurement.measureStepLong(pFilter, bNormalize, nFrames, dRate);
-    return bDefault ? measurement.measureImpulse(pFilter, bNormalize, dRate)
-                    : measurement.measureImpulseLong(pFilter, bNormalize, nFrames, dRate);
+    const double dRate = measured.m_nRate;
+    if (!measured.m_pKind->m_bStep)
+        return measurement.measureImpulseLong(pFilter, bNormalize, measured.m_nFrames, dRate);
+    if (measured.m_nFrames == CResponseMeasurement::DEFAULT_FRAMES)
+        return measurement.measureStep(pFilter, bNormalize, dRate);
+    return measurement.measureStepLong(pFilter, bNormalize, measured.m_nFrames, dRate);
 }
 
 bool measure(CMeasured& measured, CDSPFilter* pFilter, bool bNormalize)
 {
     CResponseMeasurement measurement;
-    if (!runMeasurement(measurement, pFilter, *measured.m_pKind, measured.m_nFrames, measured.m_nRate,
-                        bNormalize))
+    if (!runMeasurement(measurement, pFilter, measured, bNormalize))
         return false;
     for (int nChannel = 0; nChannel < 2; ++nChannel) {
         const auto u = static_cast<std::size_t>(nChannel);
@@ -246,7 +246,8 @@ int runMeasure(CCommandContext& context)
         return context.fail("You must load a filter first: give --plugin.");
     if (pFilter->m_pPlugIn && pFilter->m_pPlugIn->m_bOutputOnlyPlugIn)
         return context.fail(pFilter->m_sName + " makes sound without input; it has no response to measure.");
-    if (!measure(measured, pFilter, line.has("--normalize")))
+    context.announce(formatted("Measuring %d frames ...", measured.m_nFrames));
+    if (!document.runPlugIn([&] { return measure(measured, pFilter, line.has("--normalize")); }))
         return context.fail(pFilter->m_sName + " could not be measured.");
 
     if (line.has("-o"))

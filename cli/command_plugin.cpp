@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "cli/headless_document.h"
 #include "cli/json_writer.h"
+#include "cli/shown_values.h"
 #include "cli/text_table.h"
 #include "host/plugin_library.h"
 #include "host/user_dsp_filter.h"
@@ -80,12 +81,6 @@ constexpr std::array<CPrintedMember, 12> PRINTED_MEMBERS = {{
 std::string textOf(const char* pText)
 {
     return pText ? pText : "";
-}
-
-std::string variableNameOf(CPlugIn& plugIn, const CDSPFilterControl& control)
-{
-    const CUICtrl* pRecord = plugIn.getUICtrlByControlID(control.uControlId);
-    return pRecord ? textOf(pRecord->cVariableName) : "";
 }
 
 // The variable's value with the precision of its own type; null for a control without one.
@@ -173,11 +168,8 @@ const char* kindOf(const CDSPFilterControl& control)
 // What the value of a list stands for: "1 (Highpass)".
 std::string shownValue(const CDSPFilterControl& control)
 {
-    const auto value = control.cookedValue();
-    if (control.uUserDataType == UINTData && value && *value >= 0 &&
-        *value < static_cast<double>(control.m_Enum.size()))
-        return control.m_sValue + " (" + control.m_Enum[static_cast<std::size_t>(*value)] + ")";
-    return control.m_sValue;
+    const std::string sItem = chosenItem(control);
+    return sItem.empty() ? control.m_sValue : control.m_sValue + " (" + sItem + ")";
 }
 
 std::vector<std::string> controlRow(const CDSPFilterControl& control)
@@ -231,6 +223,7 @@ int runPlugInScan(CCommandContext& context)
     std::error_code error;
     if (!std::filesystem::is_directory(folder, error))
         return context.fail("There is no folder " + folder.string() + ".");
+    context.announce("Scanning the libraries of " + folder.string() + " ...");
     document->plugInLoader().scanPlugIns(folder);
     const auto& entries = document->plugInLoader().scanEntries();
     context.m_sResult = context.json() ? scanAsJson(entries) : scanAsTable(entries, folder);

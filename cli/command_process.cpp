@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "cli/headless_document.h"
 #include "cli/json_writer.h"
+#include "cli/shown_values.h"
 
 namespace velmora::cli {
 
@@ -23,35 +24,30 @@ bool setUpSidechain(CCommandContext& context, CSidechain& sidechain)
     const auto file = line.text("--sidechain");
     if (!file)
         return true;
-    std::error_code error;
-    if (!std::filesystem::exists(*file, error)) {
-        context.dialogs().showMessage("The sidechain file " + *file + " does not exist.");
-        return false;
-    }
     sidechain.m_fGain_dB = static_cast<float>(line.number("--sidechain-gain", 0.0));
     sidechain.m_bLoop = line.has("--sidechain-loop");
     sidechain.m_bListen = line.has("--listen");
     sidechain.m_bEnabled = true;
-    return sidechain.load(*file, context.dialogs());
+    if (sidechain.load(*file, context.dialogs()))
+        return true;
+    context.showReason(sidechain.reason());
+    return false;
 }
 
 std::string resultText(const COfflineProcessing::CResult& result, bool bJson)
 {
-    const double dAudioSeconds =
-        static_cast<double>(result.m_nFrames) / (result.m_nSampleRate > 0 ? result.m_nSampleRate : 1);
-    const double dTimesRealTime = result.m_dSeconds > 0.0 ? dAudioSeconds / result.m_dSeconds : 0.0;
     if (!bJson)
         return formatted(
             "%lld frames, %d channel%s, %d Hz: %.3f s of audio in %.3f s, %.0f times real time\n",
             result.m_nFrames, result.m_nChannels, result.m_nChannels == 1 ? "" : "s", result.m_nSampleRate,
-            dAudioSeconds, result.m_dSeconds, dTimesRealTime);
+            secondsOfAudio(result), result.m_dSeconds, timesRealTime(result));
     CJsonWriter json;
     json.beginObject();
     json.member("frames", static_cast<std::int64_t>(result.m_nFrames));
     json.member("channels", result.m_nChannels);
     json.member("rate", result.m_nSampleRate);
     json.member("seconds", result.m_dSeconds);
-    json.member("xRealtime", dTimesRealTime);
+    json.member("xRealtime", timesRealTime(result));
     json.endObject();
     return json.text();
 }
@@ -64,16 +60,17 @@ int runProcess(CCommandContext& context)
     if (!document.applyFilterOptions())
         return EXIT_FAILED;
     setUpEngine(context.line(), document->audioEngine());
-    if (!setUpSidechain(context, document->sidechain()))
+    // That there is no filter comes first of all that the processing finds fault with.
+    if (document->currentFilter() && !setUpSidechain(context, document->sidechain()))
         return EXIT_FAILED;
 
     context.dialogs().setSaveFile(*context.line().argument("OUT"));
     if (context.line().has("--force"))
         context.dialogs().setAnswer(true);
     COfflineProcessing& processing = document->offlineProcessing();
-    if (!processing.processIntoWaveFile(*context.line().argument("IN"), &context.progress())) {
-        if (context.dialogs().lastMessage() != processing.reason())
-            context.dialogs().showMessage(processing.reason());
+    const std::string sInput = *context.line().argument("IN");
+    if (!document.runPlugIn([&] { return processing.processIntoWaveFile(sInput, &context.progress()); })) {
+        context.showReason(processing.reason());
         return EXIT_FAILED;
     }
     context.m_sResult = resultText(processing.result(), context.json());

@@ -48,12 +48,18 @@ int lineOf(const std::string& sLine)
     return bGood && *number == static_cast<int>(*number) ? static_cast<int>(*number) : 0;
 }
 
+// False if the settings cannot be used; the user has been told.
+bool readSettings(CHeadlessDocument& document)
+{
+    return document.start() && document->areSettingsUsable();
+}
+
 } // namespace
 
 int runSettingsShow(CCommandContext& context)
 {
     CHeadlessDocument document(context);
-    if (!document.start())
+    if (!readSettings(document))
         return EXIT_FAILED;
     return printSettings(context, *document);
 }
@@ -66,7 +72,7 @@ int runSettingsSet(CCommandContext& context)
         return context.usageError("There is no settings line \"" + sLine + "\"; lines are 1 to " +
                                   std::to_string(SETTING_COUNT) + ", or their names.");
     CHeadlessDocument document(context);
-    if (!document.start())
+    if (!readSettings(document))
         return EXIT_FAILED;
     std::string sError;
     if (!document->settings().set(nLine, *context.line().argument("VALUE"), sError) ||

@@ -149,11 +149,12 @@ std::span<const CCommand> commandTable()
         },
         {
             .m_sName = "process",
-            .m_sSummary = "runs an audio file through a plug-in into a new WAV file",
+            .m_sSummary = "runs an audio file through a plug-in into a new one",
             .m_sDescription =
                 "Runs the audio file IN through the filter, faster than real time, into the new file "
-                "OUT, which has the same rate, channels and sample format. The new file appears under "
-                "its name only when it is complete; a failure leaves every file as it was.",
+                "OUT, which keeps IN's rate, channels, container and sample format whatever its name says: "
+                "AIFF data stays AIFF under a name that ends in .wav. The new file appears under its name "
+                "only when it is complete; a failure leaves every file as it was.",
             .m_arguments = {{"IN", "Audio file to read: WAV, AIFF and others; mono or stereo.", {FILE_NAME}},
                             {"OUT", "File to write; its name must hold .wav.", {FILE_NAME}}},
             .m_options =
@@ -253,8 +254,8 @@ std::span<const CCommand> commandTable()
             .m_sSummary = "shows what the workbench does, and writes a report of it",
             .m_sDescription =
                 "Compiles an example plug-in with the system's compiler, loads it, runs a recording through "
-                "it, "
-                "measures it, and writes the results with their plots into one page, report.html.",
+                "it, measures it, and writes the results with their plots into one page, report.html. Change "
+                "the example's source in the folder and run it again: what you changed is kept.",
             .m_arguments = {{"DIR", "Folder for what is made; velmora-demo unless given.", {FOLDER}, true}},
             .m_sJsonResult = R"({"report"})",
             .m_examples = {{"demo tour", "Writes tour/report.html."}},

@@ -29,6 +29,14 @@ void removeProgressBar()
         writeText("\r\033[K");
 }
 
+void showActivity(std::string_view sText)
+{
+    if (::isatty(STDERR_FILENO) != 1)
+        return;
+    g_bBarShown = true;
+    writeText("\r\033[K" + std::string(sText));
+}
+
 CConsoleProgress::CConsoleProgress(bool bQuiet)
     : m_bDraws(!bQuiet && ::isatty(STDERR_FILENO) == 1), m_nextDrawing(std::chrono::steady_clock::now())
 {

@@ -3,6 +3,7 @@
 #include "base/progress.h"
 
 #include <chrono>
+#include <string_view>
 
 namespace velmora::cli {
 
@@ -23,6 +24,9 @@ class CConsoleProgress : public IProgress
     bool m_bDraws;
     std::chrono::steady_clock::time_point m_nextDrawing;
 };
+
+// Writes one line in a bar's place, to say what is going on, when standard error is a terminal.
+void showActivity(std::string_view sText);
 
 // Takes a bar on the terminal's line away; nothing if there is none. [any]
 void removeProgressBar();

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "host/dsp_filter.h"
+#include "host/guarded_call.h"
 
 namespace velmora::cli {
 
@@ -38,7 +39,23 @@ bool CHeadlessDocument::loadPlugIn(const std::filesystem::path& library)
 {
     m_crashGuard.reset();
     m_crashGuard.emplace(library.stem().string());
-    return m_document.plugInLoader().loadPlugin(library, false) != nullptr;
+    CPlugInLoader& loader = m_document.plugInLoader();
+    if (loader.loadPlugin(library, false))
+        return true;
+    m_context.showReason(loader.reason());
+    if (loader.isRebuildRequested())
+        m_context.dialogs().showMessage("Rebuilding is not possible from here; build the plug-in again with "
+                                        "the current files of BaseClassFiles.");
+    return false;
+}
+
+bool CHeadlessDocument::runPlugIn(const std::function<bool()>& work)
+{
+    bool bDone = false;
+    if (const auto thrown = thrownBy([&] { bDone = work(); }))
+        m_context.dialogs().showMessage("The plug-in " + m_document.currentFilter()->m_sName +
+                                        " threw an exception: " + *thrown + ".");
+    return bDone;
 }
 
 bool CHeadlessDocument::applyFilterOptions()
@@ -46,7 +63,7 @@ bool CHeadlessDocument::applyFilterOptions()
     for (const CGivenOption& option : m_context.line().options()) {
         if (option.m_sName == "--plugin" && !loadPlugIn(option.m_sValue))
             return false;
-        if (option.m_sName.starts_with("--set") && !applyControlOption(option))
+        if (option.m_sName.starts_with("--set") && !runPlugIn([&] { return applyControlOption(option); }))
             return false;
     }
     return true;

@@ -6,6 +6,7 @@
 #include "cli/signal_guard.h"
 #include "document/tonbox_doc.h"
 
+#include <functional>
 #include <optional>
 
 namespace velmora::cli {
@@ -31,6 +32,10 @@ class CHeadlessDocument
     // Applies the filter options in the order given. False if one cannot be applied; the user has been
     // told.
     [[nodiscard]] bool applyFilterOptions();
+
+    // Does work that calls the current filter. What the plug-in throws is told while its library is still
+    // there, and makes the result false.
+    [[nodiscard]] bool runPlugIn(const std::function<bool()>& work);
 
   private:
     [[nodiscard]] bool applyControlOption(const CGivenOption& option);

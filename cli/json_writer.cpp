@@ -2,7 +2,10 @@
 
 #include "base/text.h"
 
+#include <array>
+#include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace velmora::cli {
 
@@ -132,12 +135,12 @@ void CJsonWriter::value(bool bValue)
 
 void CJsonWriter::value(float fValue)
 {
-    number("%.9g", static_cast<double>(fValue));
+    number(fValue);
 }
 
 void CJsonWriter::value(double dValue)
 {
-    number("%.17g", dValue);
+    number(dValue);
 }
 
 void CJsonWriter::value(std::int64_t nValue)
@@ -158,16 +161,18 @@ void CJsonWriter::null()
     m_sText += "null";
 }
 
-void CJsonWriter::number(const char* pFormat, double dValue)
+template <class T>
+void CJsonWriter::number(T tValue)
 {
-    if (std::isnan(dValue))
+    if (std::isnan(tValue))
         return value("nan");
-    if (std::isinf(dValue))
-        return value(dValue > 0 ? "inf" : "-inf");
-    char text[40];
-    std::snprintf(text, sizeof text, pFormat, dValue);
+    if (std::isinf(tValue))
+        return value(tValue > 0 ? "inf" : "-inf");
+    std::array<char, 40> text;
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), tValue, std::chars_format::general,
+                                   std::numeric_limits<T>::max_digits10);
     separate();
-    m_sText += text;
+    m_sText.append(text.data(), end.ptr);
 }
 
 } // namespace velmora::cli

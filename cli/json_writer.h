@@ -60,7 +60,8 @@ class CJsonWriter
 
   private:
     void separate();
-    void number(const char* pFormat, double dValue);
+    template <class T>
+    void number(T tValue);
 
     std::string m_sText;
     bool m_bNeedsComma = false;

@@ -1,3 +1,4 @@
+#include "base/platform_descriptor.h"
 #include "base/platform_folders.h"
 #include "cli/command_context.h"
 #include "cli/command_line.h"
@@ -8,6 +9,7 @@
 #include <cerrno>
 #include <cstring>
 #include <exception>
+#include <fcntl.h>
 #include <new>
 #include <unistd.h>
 
@@ -15,30 +17,22 @@ namespace velmora::cli {
 
 namespace {
 
-// Keeps standard output for the result: what plug-ins and libraries print there goes to standard error.
-class CResultOutput
+// Gives each standard stream that the program was started without a place, so that no file of ours takes
+// it. Writing there fails, as it would have.
+void occupyStandardStreams()
 {
-  public:
-    CResultOutput() : m_nDescriptor(::dup(STDOUT_FILENO)) { ::dup2(STDERR_FILENO, STDOUT_FILENO); }
-    ~CResultOutput() { ::close(m_nDescriptor); }
-    CResultOutput(const CResultOutput&) = delete;
-    CResultOutput& operator=(const CResultOutput&) = delete;
+    for (const int nStream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (::fcntl(nStream, F_GETFD) < 0 && errno == EBADF)
+            (void)::open("/dev/null", O_RDONLY); // takes the lowest free descriptor, which this one is
+}
 
-    // False with the reason in errno if not all of it could be written.
-    [[nodiscard]] bool write(std::string_view sText) const
-    {
-        while (!sText.empty()) {
-            const ssize_t nWritten = ::write(m_nDescriptor, sText.data(), sText.size());
-            if (nWritten < 0 && errno != EINTR)
-                return false;
-            sText.remove_prefix(nWritten < 0 ? 0 : static_cast<std::size_t>(nWritten));
-        }
-        return true;
-    }
-
-  private:
-    int m_nDescriptor;
-};
+// Keeps standard output for the result: what plug-ins and libraries print there goes to standard error.
+CDescriptor takeStandardOutput()
+{
+    CDescriptor output(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    ::dup2(STDERR_FILENO, STDOUT_FILENO);
+    return output;
+}
 
 // Runs the command, and nothing that it throws ends the program without a word.
 int runCommand(CCommandContext& context)
@@ -70,7 +64,8 @@ std::filesystem::path absoluteUserFolder(const CCommandLine& line)
 
 int run(const std::vector<std::string>& words)
 {
-    const CResultOutput output;
+    occupyStandardStreams();
+    const CDescriptor output = takeStandardOutput();
     const CCommandLine line = parseCommandLine(words);
     CConsoleDialogs dialogs(line.text("--answer") == "yes", line.has("--quiet"));
     CConsoleProgress progress(line.has("--quiet"));
@@ -87,7 +82,7 @@ int run(const std::vector<std::string>& words)
         nStatus = runCommand(context);
     removeProgressBar();
 
-    if (nStatus == EXIT_DONE && !output.write(context.m_sResult))
+    if (nStatus == EXIT_DONE && !output.write(context.m_sResult.data(), context.m_sResult.size()))
         return context.fail(std::string("The result cannot be written: ") + std::strerror(errno) + ".");
     return nStatus;
 }

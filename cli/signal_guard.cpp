@@ -6,7 +6,10 @@
 #include <algorithm>
 #include <array>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <unistd.h>
 
 namespace velmora::cli {
@@ -25,17 +28,24 @@ alignas(16) std::array<char, 64 * 1024> g_handlerStack;
 stack_t g_oldStack;
 
 std::array<char, 256> g_plugInName;
+volatile std::sig_atomic_t g_nGuarding = 0;
 
-void onInterrupt(int nSignal)
+void endBySignal(int nSignal)
 {
-    if (g_nCancellable != 0 && g_nInterrupted == 0) {
-        g_nInterrupted = 1;
-        return;
-    }
     removeUnfinishedFiles();
     ::signal(nSignal, SIG_DFL);
     ::raise(nSignal);
 }
+
+void onInterrupt(int nSignal)
+{
+    if (g_nCancellable != 0 && g_nInterrupted == 0)
+        g_nInterrupted = 1;
+    else
+        endBySignal(nSignal);
+}
+
+void onBrokenPipe(int) {}
 
 const char* nameOf(int nSignal)
 {
@@ -53,31 +63,50 @@ const char* nameOf(int nSignal)
     }
 }
 
-// Calls nothing but what is safe in a signal handler.
-void onFault(int nSignal)
+// Ends the program without another step of its own. Calls nothing but what is safe in a signal handler.
+[[noreturn]] void endWithMessage(std::initializer_list<const char*> texts)
 {
-    const auto write = [](const char* pText) {
+    for (const char* pText : texts)
         [[maybe_unused]] const auto nWritten = ::write(STDERR_FILENO, pText, std::strlen(pText));
-    };
-    write("The plug-in ");
-    write(g_plugInName.data());
-    write(" crashed (signal ");
-    write(nameOf(nSignal));
-    write(").\n");
     removeUnfinishedFiles();
     ::_exit(EXIT_FAILED);
+}
+
+void onFault(int nSignal)
+{
+    endWithMessage({"The plug-in ", g_plugInName.data(), " crashed (signal ", nameOf(nSignal), ").\n"});
+}
+
+void onExit()
+{
+    if (g_nGuarding == 0)
+        return;
+    std::fflush(nullptr); // what the plug-in printed may say why
+    endWithMessage({"The plug-in ", g_plugInName.data(), " ended the program.\n"});
+}
+
+void handle(int nSignal, void (*pHandler)(int))
+{
+    struct sigaction action = {};
+    action.sa_handler = pHandler;
+    action.sa_flags = SA_RESTART;
+    ::sigaction(nSignal, &action, nullptr);
 }
 
 } // namespace
 
 void watchForInterrupts()
 {
-    struct sigaction action = {};
-    action.sa_handler = onInterrupt;
-    action.sa_flags = SA_RESTART;
-    for (const int nSignal : {SIGINT, SIGTERM})
-        ::sigaction(nSignal, &action, nullptr);
-    ::signal(SIGXFSZ, SIG_IGN); // a file beyond the user's limit is reported like a full disk
+    for (const int nSignal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction inherited = {};
+        ::sigaction(nSignal, nullptr, &inherited);
+        if (nSignal != SIGHUP || inherited.sa_handler != SIG_IGN) // nohup means it
+            handle(nSignal, onInterrupt);
+    }
+    for (const int nSignal : {SIGQUIT, SIGXCPU})
+        handle(nSignal, endBySignal);
+    handle(SIGPIPE, onBrokenPipe); // unlike SIG_IGN, child processes do not inherit it
+    ::signal(SIGXFSZ, SIG_IGN);    // a file beyond the user's limit is reported like a full disk
 }
 
 void setCancellable(bool bCancellable)
@@ -94,6 +123,8 @@ CCrashGuard::CCrashGuard(std::string_view sPlugInName)
 {
     const auto uLength = std::min(sPlugInName.size(), g_plugInName.size() - 1);
     *std::copy_n(sPlugInName.begin(), uLength, g_plugInName.begin()) = '\0';
+    [[maybe_unused]] static const int REGISTERED = std::atexit(onExit);
+    g_nGuarding = 1;
 
     stack_t stack = {};
     stack.ss_sp = g_handlerStack.data();
@@ -109,6 +140,7 @@ CCrashGuard::CCrashGuard(std::string_view sPlugInName)
 
 CCrashGuard::~CCrashGuard()
 {
+    g_nGuarding = 0;
     for (std::size_t u = 0; u < FAULT_SIGNALS.size(); ++u)
         ::sigaction(FAULT_SIGNALS[u], &g_oldActions[u], nullptr);
     ::sigaltstack(&g_oldStack, nullptr);

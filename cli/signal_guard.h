@@ -4,9 +4,10 @@
 
 namespace velmora::cli {
 
-// From here on an interrupt (Ctrl-C) or a request to terminate leaves no unfinished output file behind. It
-// ends the program at once, but for work that can be cancelled, which it asks to stop; the second one does
-// not wait for that.
+// From here on no signal that ends the program leaves an unfinished output file behind. An interrupt
+// (Ctrl-C), a hang-up or a request to terminate ends it at once, but for work that can be cancelled, which
+// it asks to stop; the second one does not wait for that. Writing to a pipe that nobody reads is an error
+// like any other.
 void watchForInterrupts();
 
 // Whether the work in hand asks wasInterrupted() from time to time. [any]
@@ -15,8 +16,9 @@ void setCancellable(bool bCancellable);
 // Whether an interrupt has come. [any]
 [[nodiscard]] bool wasInterrupted();
 
-// While it lives, a fault inside a plug-in ends the program with one line that names the plug-in and an
-// exit status of EXIT_FAILED, and leaves no unfinished output file behind. Only one at a time. [main]
+// While it lives, a fault inside a plug-in, or its call of exit(), ends the program with one line that names
+// the plug-in and an exit status of EXIT_FAILED, and leaves no unfinished output file behind. Only one at a
+// time. [main]
 class CCrashGuard
 {
   public:

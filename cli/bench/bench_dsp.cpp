@@ -43,15 +43,18 @@ std::vector<CBenchFigure> benchDetector()
 
 } // namespace
 
-std::vector<CBenchFigure> benchDsp()
+std::vector<CBenchFigure> benchDsp(CBenchSteps& steps)
 {
     std::vector<CBenchFigure> figures;
     for (const int nLength : {1024, 131072}) {
         figures.push_back(benchTransform<float>("float", nLength));
+        steps.next();
         figures.push_back(benchTransform<double>("double", nLength));
+        steps.next();
     }
     for (CBenchFigure& figure : benchDetector())
         figures.push_back(std::move(figure));
+    steps.next();
     return figures;
 }
 

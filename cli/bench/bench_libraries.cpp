@@ -1,6 +1,6 @@
 #include "base/platform_folders.h"
-#include "base/user_dialogs.h"
 #include "cli/bench/bench_parts.h"
+#include "cli/bench/silent_dialogs.h"
 #include "host/plugin_library.h"
 #include "host/plugin_probe.h"
 #include "host/plugin_scanner.h"
@@ -16,20 +16,7 @@ namespace {
 constexpr int SCANNED_LIBRARIES = 20;
 constexpr int ROUNDS = 7;
 
-class CSilentDialogs : public IUserDialogs
-{
-  public:
-    void showMessage(std::string_view) override {}
-    bool askYesNo(std::string_view) override { return false; }
-    std::optional<std::filesystem::path> chooseSaveFile(std::string_view,
-                                                        const std::filesystem::path&) override
-    {
-        return std::nullopt;
-    }
-    void note(std::string_view) override {}
-};
-
-CBenchFigure compileExample(const std::filesystem::path& library)
+CBenchFigure compileExample(const std::filesystem::path& library, CBenchSteps& steps)
 {
     const auto examples = programDataFolder("examples");
     const auto contract = programDataFolder("BaseClassFiles");
@@ -43,7 +30,9 @@ CBenchFigure compileExample(const std::filesystem::path& library)
     CCompileJob job;
     job.m_sources = {examples / "Gain" / "Gain.cpp"};
     job.m_library = library;
-    const CCompileResult result = compiler.compile(job);
+    const CCompileResult result = compiler.compile(job, &steps);
+    if (result.m_bCancelled)
+        throw CBenchInterrupted();
     if (!result.m_bSucceeded)
         throw std::runtime_error(result.m_sError);
     return {std::string("compile an example with ") + compiler.toolchain().m_pName, result.m_dSeconds, "s"};
@@ -62,12 +51,14 @@ void loadAndUnload(const std::filesystem::path& file)
 
 } // namespace
 
-std::vector<CBenchFigure> benchLibraries(const std::filesystem::path& folder)
+std::vector<CBenchFigure> benchLibraries(const std::filesystem::path& folder, CBenchSteps& steps)
 {
     const auto library = folder / "Gain.so";
-    std::vector<CBenchFigure> figures = {compileExample(library)};
+    std::vector<CBenchFigure> figures = {compileExample(library, steps)};
+    steps.next();
     figures.push_back(
         {"load a library and make its object", 1e3 * medianSecondsOf([&] { loadAndUnload(library); }), "ms"});
+    steps.next();
 
     // Copies share one plug-in name: all but the first are found to be duplicates, after the same work.
     const auto scanned = folder / "scanned";
@@ -77,12 +68,14 @@ std::vector<CBenchFigure> benchLibraries(const std::filesystem::path& folder)
     CSilentDialogs dialogs;
     const CPlugInProbe probe;
     std::vector<double> rounds;
-    for (int nRound = 0; nRound < ROUNDS; ++nRound)
+    for (int nRound = 0; nRound < ROUNDS; ++nRound) {
         rounds.push_back(secondsOf([&] {
             const auto result = CPlugInScanner(dialogs, probe).scanPlugIns(scanned);
             if (result.m_entries.size() != SCANNED_LIBRARIES)
                 throw std::runtime_error("The scan did not find the benchmark's libraries.");
         }));
+        steps.next();
+    }
     figures.push_back({"scan, one library", 1e3 * medianOf(std::move(rounds)) / SCANNED_LIBRARIES, "ms"});
     return figures;
 }

@@ -190,7 +190,8 @@ std::string makeReportHtml(const CDemoReport& report)
     std::string sOut = "<!DOCTYPE html>\n<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\"><head>\n"
                        "<meta charset=\"utf-8\" />\n"
                        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\" />\n";
-    sOut += element("title", report.m_sPlugInName + " \u2013 Velmora") + "\n";
+    sOut +=
+        std::string(REPORT_MARK) + "\n" + element("title", report.m_sPlugInName + " \u2013 Velmora") + "\n";
     sOut += "<style>" + std::string(REPORT_STYLE) + "</style></head>\n<body><div class=\"page\">\n";
     sOut += headSection(report) + "<main class=\"cards\">\n";
     sOut += plotCards(report) + controlsCard(report) + stepsCard(report) + sourceCards(report);

@@ -73,6 +73,9 @@ struct CDemoReport
     std::string m_sCommandLine; // of the compiler
 };
 
+// Stands in every report.
+inline constexpr const char* REPORT_MARK = "<meta name=\"generator\" content=\"velmora-cli demo\" />";
+
 // The report as one self-contained HTML file that needs no network and no scripts: it is well-formed
 // XML, follows the reader's light or dark setting, fits narrow and wide windows, and prints.
 [[nodiscard]] std::string makeReportHtml(const CDemoReport& report);

@@ -7,6 +7,7 @@
 #include "cli/demo/response_curves.h"
 #include "cli/demo/sound_summary.h"
 #include "cli/demo/source_excerpt.h"
+#include "cli/shown_values.h"
 #include "host/dsp_filter.h"
 #include "host/loaded_plugin.h"
 #include "plugin.h"
@@ -23,6 +24,7 @@ namespace velmora::cli {
 namespace {
 
 constexpr const char* EXAMPLE = "ResonantFilter";
+constexpr const char* ANOTHER_FOLDER = "Choose another one: velmora-cli demo DIR";
 constexpr int WAVEFORM_COLUMNS = 1200;
 
 // Where the controls are put: a low-pass that sings, with room for its resonance.
@@ -68,12 +70,10 @@ std::string withMinusSign(const std::string& sNumber)
 }
 
 // The value as the panel shows it, or the item of a list, with its unit.
-std::string shownValue(const CDSPFilterControl& control)
+std::string valueText(const CDSPFilterControl& control)
 {
-    const auto value = control.cookedValue();
-    if (!control.m_Enum.empty() && value && *value >= 0.0 &&
-        *value < static_cast<double>(control.m_Enum.size()))
-        return control.m_Enum[static_cast<std::size_t>(*value)];
+    if (std::string sItem = chosenItem(control); !sItem.empty())
+        return sItem;
     const std::string sNumber = withMinusSign(control.m_sValue);
     return control.m_sUnits.empty() ? sNumber : sNumber + " " + control.m_sUnits;
 }
@@ -123,9 +123,7 @@ bool CDemoTour::takeStep(const char* pName, const std::function<COutcome()>& ste
     const COutcome outcome = step();
     const double dMilliseconds = millisecondsSince(start);
     if (!outcome.m_sError.empty()) {
-        // The loader and the offline processing have shown some of their messages themselves.
-        if (outcome.m_sError != m_context.dialogs().lastMessage())
-            m_context.dialogs().showMessage(outcome.m_sError);
+        m_context.showReason(outcome.m_sError); // the offline processing may have shown it itself
         return false;
     }
     m_report.m_steps.push_back({pName, outcome.m_sDetail, dMilliseconds});
@@ -135,32 +133,59 @@ bool CDemoTour::takeStep(const char* pName, const std::function<COutcome()>& ste
     return true;
 }
 
+// The files of an earlier tour are replaced without a word; its report tells that there was one.
+CDemoTour::COutcome CDemoTour::askAboutFiles()
+{
+    if (contentsOf(reportFile()).value_or("").find(REPORT_MARK) != std::string::npos)
+        return {};
+    std::error_code error;
+    for (const auto& file : {reportFile(), processedFile()})
+        if (std::filesystem::exists(file, error) &&
+            !m_context.dialogs().askYesNo("The file " + file.string() +
+                                          " already exists. This operation will overwrite it.\n\n"
+                                          "Are you sure you want to write into this folder?"))
+            return {{},
+                    "The file " + file.string() + " was left as it is, and so was its folder. " +
+                        ANOTHER_FOLDER};
+    return {};
+}
+
 CDemoTour::COutcome CDemoTour::copySources()
 {
     const auto source = programDataFolder("examples") / EXAMPLE;
     std::error_code error;
-    if (!std::filesystem::is_directory(source, error) || !std::filesystem::exists(m_recording, error))
+    if (!std::filesystem::is_directory(source, error) || !std::filesystem::exists(m_recording, error) ||
+        contractFolder().empty())
         return {{},
                 std::string("The example ") + EXAMPLE +
-                    " or its recording is missing beside the program. "
+                    ", its recording or the folder BaseClassFiles is missing beside the program. "
                     "Build or install Velmora completely."};
+    if (COutcome outcome = askAboutFiles(); !outcome.m_sError.empty())
+        return outcome;
     const auto target = m_folder / EXAMPLE;
     std::filesystem::create_directories(target, error);
     if (error)
         return {{},
-                "The folder " + target.string() + " could not be made: " + error.message() +
-                    ". Choose another one: velmora-cli demo DIR"};
+                "The folder " + target.string() + " could not be made: " + error.message() + ". " +
+                    ANOTHER_FOLDER};
     int nFiles = 0;
+    std::string sKept;
     for (const auto& entry : std::filesystem::directory_iterator(source, error)) {
         const auto sContents = entry.is_regular_file(error) ? contentsOf(entry.path()) : std::nullopt;
+        const std::string sName = entry.path().filename().string();
+        if (sContents && std::filesystem::is_regular_file(target / sName, error) &&
+            contentsOf(target / sName) != sContents) {
+            sKept += "; your changed " + sName + " was kept";
+            continue;
+        }
         std::string sReason = "it cannot be read";
-        if (!sContents || !writeFileSafely(target / entry.path().filename(), *sContents, &sReason))
+        if (!sContents || !writeFileSafely(target / sName, *sContents, &sReason))
             return {{},
-                    "The file " + entry.path().filename().string() + " could not be copied to " +
-                        target.string() + ": " + sReason + "."};
+                    "The file " + sName + " could not be copied to " + target.string() + ": " + sReason +
+                        "."};
         ++nFiles;
     }
-    return {formatted("%d files to %s", nFiles, EXAMPLE), {}};
+    return {formatted("%d files to %s", nFiles, EXAMPLE) + sKept, {}};
 }
 
 CDemoTour::COutcome CDemoTour::compile()
@@ -206,7 +231,7 @@ CDemoTour::COutcome CDemoTour::setControls()
             return {{},
                     "The example has no control \"" + std::string(setting.m_sControl) +
                         "\" that can be set. Is its source the one that came with the program?"};
-        sDetail += (sDetail.empty() ? "" : ", ") + (*found)->m_sName + " " + shownValue(**found);
+        sDetail += (sDetail.empty() ? "" : ", ") + (*found)->m_sName + " " + valueText(**found);
     }
     describeControls();
     return {sDetail, {}};
@@ -216,21 +241,21 @@ void CDemoTour::describeControls()
 {
     CLoadedPlugIn& loaded = *m_document->plugInLoader().current();
     for (const auto& pControl : m_document->currentFilter()->m_ControlList) {
-        const CUICtrl* pRecord = loaded.plugIn()->getUICtrlByControlID(pControl->uControlId);
         CReportControl control;
         control.m_sName = pControl->m_sName;
-        control.m_sVariable = pRecord && pRecord->cVariableName ? pRecord->cVariableName : "";
-        control.m_sValue = shownValue(*pControl);
+        control.m_sVariable = variableNameOf(*loaded.plugIn(), *pControl);
+        control.m_sValue = valueText(*pControl);
         control.m_dPosition = static_cast<double>(pControl->m_fNormalized);
         control.m_bChanged =
             std::ranges::find(SETTINGS, pControl->m_sName, &CSetting::m_sControl) != std::end(SETTINGS);
-        if (pControl->m_Enum.empty()) {
+        const auto items = itemsOf(*pControl);
+        control.m_choices.assign(items.begin(), items.end());
+        if (items.empty()) {
             control.m_sLow =
                 limitText(static_cast<double>(pControl->fUserDisplayDataLoLimit), pControl->m_sUnits);
             control.m_sHigh =
                 limitText(static_cast<double>(pControl->fUserDisplayDataHiLimit), pControl->m_sUnits);
         }
-        control.m_choices = pControl->m_Enum;
         m_report.m_controls.push_back(std::move(control));
     }
 }
@@ -240,15 +265,15 @@ CDemoTour::COutcome CDemoTour::process()
     CSafeFile output(processedFile());
     m_context.dialogs().setSaveFile(output.path());
     COfflineProcessing& processing = m_document->offlineProcessing();
-    if (!processing.processIntoWaveFile(m_recording, &m_context.progress()))
-        return {{}, processing.reason()};
+    if (!m_document.runPlugIn(
+            [&] { return processing.processIntoWaveFile(m_recording, &m_context.progress()); }))
+        return {{}, processing.reason().empty() ? "The recording was not processed." : processing.reason()};
     if (!output.commit())
         return {{},
                 "The file " + processedFile().string() + " could not be written: " + output.error() + "."};
 
     const COfflineProcessing::CResult& result = processing.result();
-    const double dSeconds = static_cast<double>(result.m_nFrames) / result.m_nSampleRate;
-    const std::string sTimes = printedNumber(dSeconds / std::max(result.m_dSeconds, 1e-9), 0);
+    const std::string sTimes = printedNumber(timesRealTime(result), 0);
     m_dRecordingRate = result.m_nSampleRate;
     m_report.m_highlights.push_back({"Processing", sTimes + " \u00d7 real time"});
     m_report.m_facts.push_back({"Recording", m_recording.string()});
@@ -256,7 +281,7 @@ CDemoTour::COutcome CDemoTour::process()
         {"Processed",
          processedFile().string() + formatted(" (%lld frames, %d channels, %d Hz)", result.m_nFrames,
                                               result.m_nChannels, result.m_nSampleRate)});
-    return {printedNumber(dSeconds, 1) + " s of sound, " + sTimes + " times real time", {}};
+    return {printedNumber(secondsOfAudio(result), 1) + " s of sound, " + sTimes + " times real time", {}};
 }
 
 CDemoTour::COutcome CDemoTour::compareSounds()
@@ -275,7 +300,8 @@ CDemoTour::COutcome CDemoTour::compareSounds()
 CDemoTour::COutcome CDemoTour::measure()
 {
     CResponseCurves curves;
-    if (!measureResponses(m_document->currentFilter(), m_dRecordingRate, curves))
+    CDSPFilter* pFilter = m_document->currentFilter();
+    if (!m_document.runPlugIn([&] { return measureResponses(pFilter, m_dRecordingRate, curves); }))
         return {{}, "The filter could not be measured."};
     m_report.m_frequency = std::move(curves.m_frequency);
     m_report.m_phase = std::move(curves.m_phase);

@@ -12,8 +12,9 @@
 namespace velmora::cli {
 
 // The way from an example's source to sound, in steps: copy, compile, load, set the controls, process a
-// recording, measure, write the report. All files are made below one folder; files of an earlier tour
-// are replaced there, others are not touched. [main]
+// recording, measure, write the report. All files are made below one folder. Those of an earlier tour are
+// replaced there, but for a source that was changed, which is kept and compiled; whether a report or a sound
+// of other origin may be overwritten is asked. [main]
 class CDemoTour
 {
   public:
@@ -38,6 +39,7 @@ class CDemoTour
     };
 
     bool takeStep(const char* pName, const std::function<COutcome()>& step);
+    COutcome askAboutFiles();
     COutcome copySources();
     COutcome compile();
     COutcome load();

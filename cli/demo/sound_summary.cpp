@@ -15,7 +15,7 @@ namespace {
 
 constexpr long long MOST_SECONDS = 600;
 constexpr int SPECTRUM_LENGTH = 8192;
-constexpr double BAND_RATIO = 1.0292; // 2^(1/24)
+const double BAND_RATIO = std::exp2(1.0 / 24.0);
 
 double decibels(double dAmplitude)
 {

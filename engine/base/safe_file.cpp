@@ -54,7 +54,7 @@ void listAsUnfinished(const std::filesystem::path& path)
         return;
     for (CUnfinishedFile& file : g_unfinishedFiles)
         if (!file.m_bClaimed.exchange(true)) {
-            std::strcpy(file.m_path, path.c_str());
+            std::memcpy(file.m_path, path.c_str(), path.native().size() + 1);
             file.m_bListed = true;
             return;
         }

@@ -48,23 +48,13 @@ TEST_F(CCliPlugInTest, InspectPrintsEveryField)
 {
     const CJsonValue result =
         runForJson({"plugin", "inspect", unruly(), "--set", "7=1.9", "--set", "8=-90.5"});
-    const std::vector<std::string> members = {"controls",
-                                              "file",
-                                              "m_PlugInName",
-                                              "m_bEnableMIDIControl",
-                                              "m_bOutputOnlyPlugIn",
-                                              "m_bUseCustomVSTGUI",
-                                              "m_bUserCustomGUI",
-                                              "m_bWantAllMIDIMessages",
-                                              "m_bWantBuffers",
-                                              "m_bWantChannelBuffers",
-                                              "m_bWantIRs",
-                                              "m_nIRLength",
-                                              "m_uMaxInputChannels",
-                                              "m_uMaxOutputChannels",
-                                              "m_uPlugInVersion",
-                                              "presets"};
-    EXPECT_EQ(result.members(), members);
+    std::string sMembers;
+    for (const std::string& sMember : result.members())
+        sMembers += sMember + " ";
+    EXPECT_EQ(sMembers,
+              "controls file m_PlugInName m_bEnableMIDIControl m_bOutputOnlyPlugIn m_bUseCustomVSTGUI "
+              "m_bUserCustomGUI m_bWantAllMIDIMessages m_bWantBuffers m_bWantChannelBuffers m_bWantIRs "
+              "m_nIRLength m_uMaxInputChannels m_uMaxOutputChannels m_uPlugInVersion presets ");
     EXPECT_EQ(result["file"].text(), unruly());
     EXPECT_EQ(result["m_PlugInName"].text(), "Unruly");
     EXPECT_EQ(result["m_uPlugInVersion"].number(), 61);
@@ -75,7 +65,7 @@ TEST_F(CCliPlugInTest, InspectPrintsEveryField)
     EXPECT_EQ(mood["uControlId"].number(), 7);
     EXPECT_EQ(mood["uControlType"].number(), 104);
     EXPECT_EQ(mood["uUserDataType"].number(), 3);
-    EXPECT_EQ(mood["cEnumeratedList"].text(), "Calm,Fault,Abort,Overflow,Slow,Chatty");
+    EXPECT_EQ(mood["cEnumeratedList"].text(), "Calm,Fault,Abort,Overflow,Slow,Chatty,Leave,Throw");
     EXPECT_EQ(mood["value"].number(), 1);
     const CJsonValue& angle = result["controls"][1];
     EXPECT_EQ(angle["m_sName"].text(), "Angle");
@@ -114,7 +104,10 @@ TEST_F(CCliPlugInTest, RefusesWhatCannotBeLoadedOrSet)
 {
     writeFile(m_folder / "Text.so", "not a library\n");
     expectFailure({"plugin", "inspect", "nowhere.so"}, 1, {"Path not found for the DLL: ", "nowhere.so"});
-    expectFailure({"plugin", "inspect", "Text.so"}, 1, {"Error loading DLL"});
+    expectFailure({"plugin", "inspect", "Text.so"}, 1, {"Error loading DLL", "Text.so: is not a shared"});
+    const std::string sStale = std::string(HOST_TEST_PLUGINS) + "/no_version.so";
+    expectFailure({"plugin", "inspect", sStale, "--answer=yes"}, 1,
+                  {"initiate a Rebuild?", "Answered with Yes.", "Rebuilding is not possible from here"});
     expectFailure({"plugin", "inspect"}, 2, {"FILE is missing", "Usage:"});
     expectFailure({"plugin", "inspect", unruly(), "--plugin", unruly()}, 2, {"twice", "Usage:"});
     expectFailure({"plugin", "inspect", unruly(), "--set", "9=1"}, 1,

@@ -97,8 +97,9 @@ TEST_F(CCliProcessTest, OptionsReachTheEngine)
         {{"--bypass"}, 0.25F, -0.125F},
         {{"--in-gain", "-20"}, 0.0125F, -0.00625F},
         {{"--in-gain", "20", "--out-gain=-20"}, 0.125F, -0.0625F},
-        {{"--mode", "1"}, 0.03125F, 0.03125F}, // half the sum of both
-        {{"--mode", "5"}, 0.375F, -0.1875F},   // the dry input added
+        {{"--mode", "1"}, 0.03125F, 0.03125F},          // half the sum of both
+        {{"--mode", "5"}, 0.375F, -0.1875F},            // the dry input added
+        {{"--sidechain", "side.wav"}, 0.625F, 0.4375F}, // the plug-in adds it
         {{"--sidechain", "side.wav", "--listen"}, 0.5F, 0.5F},
         {{"--sidechain", "side.wav", "--sidechain-gain", "-20", "--listen"}, 0.05F, 0.05F},
         {{"--sidechain", "short.wav", "--listen", "--sidechain-loop"}, 0.5F, 0.5F},
@@ -126,7 +127,7 @@ TEST_F(CCliProcessTest, RefusesBadInputAndLeavesFilesAlone)
     constexpr const char* READING = "Error opening wave file for reading.";
     constexpr const char* WRITING = "Error opening wave file for writing.";
 
-    expectRefusal({"process", sIn, "out.wav"}, {"You must load a filter first."});
+    expectRefusal({"process", sIn, "out.wav", "--sidechain=nowhere.wav"}, {"You must load a filter first."});
     expectRefusal({"process", "nowhere.wav", "out.wav", sPlugIn}, {"nowhere.wav", "does not exist"});
     expectRefusal({"process", "text.wav", "out.wav", sPlugIn}, {READING, "text.wav"});
     expectRefusal({"process", "empty.wav", "out.wav", sPlugIn}, {READING});
@@ -141,7 +142,7 @@ TEST_F(CCliProcessTest, RefusesBadInputAndLeavesFilesAlone)
                                                          "Answered with No.", "left as it is"});
     expectRefusal({"process", sIn, "out.wav", sPlugIn, "--sidechain", "nowhere.wav"}, {"nowhere.wav"});
     expectRefusal({"process", sIn, "out.wav", sPlugIn, "--sidechain", "text.wav"},
-                  {"Failed to open Sidechain WAV file"});
+                  {"Failed to open Sidechain WAV file", "Format not recognised"});
     expectRefusal({"process", sIn, "out.wav", sPlugIn, "--set", "99=1"}, {"no control 99"});
 
     EXPECT_EQ(run({"process", sIn, "old.wav", sPlugIn, "--answer=yes"}).m_nExitStatus, 0);
@@ -158,41 +159,44 @@ TEST_F(CCliProcessTest, ReportsAFullDisk)
     expectRefusal(processing({"--force"}), {"Error writing wave file.", "disk"});
 }
 
-TEST_F(CCliProcessTest, SurvivesACrashingPlugInWithAClearLine)
+TEST_F(CCliProcessTest, SurvivesAnUnrulyPlugInWithAClearLine)
 {
     writeFile(m_folder / "out.wav", "precious");
-    expectRefusal(processing({"--force", "--set", "7=1"}),
-                  {"The plug-in Unruly crashed (signal SIGSEGV).\n"});
-    expectRefusal(processing({"--force", "--set", "7=2"}),
-                  {"The plug-in Unruly crashed (signal SIGABRT).\n"});
-    expectRefusal(processing({"--force", "--set", "7=3"}),
-                  {"The plug-in Unruly crashed (signal SIGSEGV).\n"});
+    const std::vector<std::array<std::string, 2>> moods = {
+        {"7=1", "The plug-in Unruly crashed (signal SIGSEGV).\n"},
+        {"7=2", "The plug-in Unruly crashed (signal SIGABRT).\n"},
+        {"7=3", "The plug-in Unruly crashed (signal SIGSEGV).\n"},
+        {"7=6", "The plug-in Unruly ended the program.\n"},
+        {"7=7", "The plug-in Unruly threw an exception: too loud.\n"}};
+    for (const auto& [sMood, sLine] : moods)
+        expectRefusal(processing({"--force", "--set", sMood}), {sLine});
 }
 
-TEST_F(CCliProcessTest, AnInterruptLeavesFilesAsTheyWere)
+TEST_F(CCliProcessTest, SignalsLeaveFilesAsTheyWere)
 {
+    ::signal(SIGHUP, SIG_DFL); // an ignored one would be inherited
     writeFile(m_folder / "out.wav", "precious");
-    // One interrupt as soon as the unfinished file appears; the plug-in would take two seconds.
-    bool bSent = false;
-    m_start.m_whileRunning = [&](pid_t nProcess) {
-        if (!bSent && entriesOf(m_folder.path()).size() > 2)
-            bSent = ::kill(nProcess, SIGINT) == 0;
-    };
-    expectRefusal(processing({"--force", "--set", "7=4"}), {"Processing was cancelled"});
-    EXPECT_TRUE(bSent);
-}
-
-TEST_F(CCliProcessTest, NobodyWaitsForAPlugInThatDoesNotComeBack)
-{
-    // The second interrupt while a file is processed...
-    m_start.m_whileRunning = [&](pid_t nProcess) {
-        if (entriesOf(m_folder.path()).size() > 1)
-            ::kill(nProcess, SIGINT);
-    };
-    EXPECT_EQ(run(processing({"--set", "7=4"})).m_nSignal, SIGINT);
-    EXPECT_EQ(entriesOf(m_folder.path()), std::vector<std::string>{"in.wav"});
-
-    // ...and the first one in a measurement, which is one single call.
+    const auto words = processing({"--force", "--set", "7=4"}); // would take two seconds
+    // The first one as soon as the unfinished file appears cancels the work...
+    for (const int nSignal : {SIGINT, SIGTERM, SIGHUP}) {
+        bool bSent = false;
+        m_start.m_whileRunning = [&](pid_t nProcess) {
+            if (!bSent && entriesOf(m_folder.path()).size() > 2)
+                bSent = ::kill(nProcess, nSignal) == 0;
+        };
+        expectRefusal(words, {"Processing was cancelled"});
+        EXPECT_TRUE(bSent);
+    }
+    // ...the second one, and the first of those that ask for no delay, do not wait for it.
+    for (const int nSignal : {SIGINT, SIGQUIT, SIGXCPU}) {
+        m_start.m_whileRunning = [&](pid_t nProcess) {
+            if (entriesOf(m_folder.path()).size() > 2)
+                ::kill(nProcess, nSignal);
+        };
+        EXPECT_EQ(run(words).m_nSignal, nSignal);
+        EXPECT_EQ(entriesOf(m_folder.path()), (std::vector<std::string>{"in.wav", "out.wav"}));
+    }
+    // A measurement is one single call, which cannot be cancelled.
     int nPolls = 0;
     m_start.m_whileRunning = [&](pid_t nProcess) {
         if (++nPolls == 30)
@@ -200,6 +204,23 @@ TEST_F(CCliProcessTest, NobodyWaitsForAPlugInThatDoesNotComeBack)
     };
     EXPECT_EQ(run({"measure", "step", "--plugin", unruly(), "--set", "7=4", "--length", "100000"}).m_nSignal,
               SIGINT);
+}
+
+// Nobody reads the messages, which is no reason to stop; nobody takes the result, which is a failure.
+TEST_F(CCliProcessTest, OutlivesClosedStreams)
+{
+    const auto runInShell = [&](const std::string& sRedirection, const std::string& sWords) {
+        m_start.m_workingFolder = m_folder.path();
+        const std::string sLine = "'" CLI_PROGRAM "' --json " + sWords + " " + sRedirection;
+        return runProgram("/bin/sh", {"-c", sLine}, m_start);
+    };
+    const std::string sProcess = "process in.wav out.wav --force --plugin '" + unruly() + "'";
+    (void)runInShell("2>&1 >result | true", sProcess);
+    EXPECT_NO_THROW((void)CJsonValue::parse(readFile(m_folder / "result")));
+    EXPECT_EQ(entriesOf(m_folder.path()), (std::vector<std::string>{"in.wav", "out.wav", "result"}));
+
+    EXPECT_NO_THROW((void)CJsonValue::parse(runInShell("<&- 2>&-", sProcess + " --set 7=5").m_sOutput));
+    EXPECT_EQ(runInShell(">&-", "settings show --user-folder user").m_nExitStatus, 1);
 }
 
 } // namespace

@@ -55,6 +55,9 @@ TEST_F(CCliSettingsTest, TakesAnotherUserFolder)
     writeFile(m_folder / "file", "");
     expectFailure({"settings", "show", "--user-folder=file"}, 1, {(m_folder / "file").string()});
     expectFailure({"settings", "show", "--user-folder=file/below"}, 1, {"file/below"});
+
+    std::filesystem::create_directories(m_folder / "odd/socket.log");
+    expectFailure({"settings", "show", "--user-folder=odd"}, 1, {"socket.log"});
 }
 
 TEST_F(CCliSettingsTest, ReportsAResultThatCannotBeWritten)

@@ -172,14 +172,8 @@ TEST(SvgPlot, BandsMarkersAndOddTextsAreWellFormed)
 
 TEST(Markup, Base64FollowsItsStandard)
 {
-    const std::pair<const char*, const char*> cases[] = {{"", ""},
-                                                         {"f", "Zg=="},
-                                                         {"fo", "Zm8="},
-                                                         {"foo", "Zm9v"},
-                                                         {"foob", "Zm9vYg=="},
-                                                         {"fooba", "Zm9vYmE="},
-                                                         {"foobar", "Zm9vYmFy"}};
-    for (const auto& [pBytes, pText] : cases)
+    for (const auto& [pBytes, pText] :
+         {std::pair("", ""), {"f", "Zg=="}, {"fo", "Zm8="}, {"foobar", "Zm9vYmFy"}})
         EXPECT_EQ(base64(pBytes), pText);
     EXPECT_EQ(base64(std::string_view("\0\xff\xfe", 3)), "AP/+");
 }

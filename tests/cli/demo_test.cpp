@@ -183,14 +183,18 @@ TEST_F(CDemoCommandTest, MakesLibrarySoundAndReportTwice)
               (std::vector<std::string>{"ResonantFilter", "mine.txt", "processed.wav", "report.html"}));
     EXPECT_EQ(std::ranges::count(pluginEntries, "ResonantFilter.so"), 1);
 
+    const auto source = target / "ResonantFilter" / "ResonantFilter.cpp";
+    const std::string sChanged = test::readFile(source) + "// mine\n";
+    test::writeFile(source, sChanged);
     const test::CProgramEnd again = run({"demo", "velmora-demo"});
     EXPECT_EQ(again.m_nExitStatus, 0) << again.m_sErrors;
     EXPECT_EQ(again.m_sOutput, (target / "report.html").string() + "\n");
-    for (const char* pStep :
-         {"Copy", "Compile", "load", "controls", "Process", "Compare", "Measure", "Write"})
+    for (const char* pStep : {"your changed ResonantFilter.cpp was kept", "Compile", "load", "controls",
+                              "Process", "Compare", "Measure", "Write"})
         EXPECT_NE(again.m_sErrors.find(pStep), std::string::npos) << pStep;
     EXPECT_EQ(test::entriesOf(target), entries);
     EXPECT_EQ(test::entriesOf(target / "ResonantFilter"), pluginEntries);
+    EXPECT_EQ(test::readFile(source), sChanged);
     EXPECT_EQ(test::readFile(target / "mine.txt"), "mine");
     EXPECT_EQ(test::readFile(target / "ResonantFilter" / "mine.txt"), "mine");
 
@@ -208,6 +212,15 @@ TEST_F(CDemoCommandTest, FailuresSayWhatToDo)
     test::writeFile(m_folder / "file", "not a folder");
     expectFailure({"demo", "file"}, 1, {"velmora-cli demo DIR"});
     EXPECT_EQ(test::readFile(m_folder / "file"), "not a folder");
+
+    for (const char* pForeign : {"report.html", "processed.wav"}) {
+        const auto folder = m_folder / (std::string("foreign ") + pForeign);
+        std::filesystem::create_directory(folder);
+        test::writeFile(folder / pForeign, "<html>");
+        expectFailure({"demo", folder.string()}, 1, {pForeign, "overwrite it", "velmora-cli demo DIR"});
+        EXPECT_EQ(test::entriesOf(folder), std::vector<std::string>{pForeign});
+        EXPECT_EQ(test::readFile(folder / pForeign), "<html>");
+    }
 
     test::CProgramStart noCompiler;
     noCompiler.m_workingFolder = m_folder.path();

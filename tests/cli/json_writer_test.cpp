@@ -15,6 +15,7 @@ TEST(JsonWriter, WritesEveryKindOfValue)
     json.beginObject();
     json.member("float", 0.1F);
     json.member("double", 0.1);
+    json.member("large", -1.5e300);
     json.member("nan", std::numeric_limits<float>::quiet_NaN());
     json.key("ends");
     json.beginArray();
@@ -29,10 +30,12 @@ TEST(JsonWriter, WritesEveryKindOfValue)
     json.key("empty");
     json.array(std::span<const float>());
     json.endObject();
-    EXPECT_EQ(json.text(), R"({"float":0.100000001,"double":0.10000000000000001,"nan":"nan",)"
-                           R"("ends":["inf","-inf"],"lowest":-9223372036854775808,)"
-                           R"("highest":18446744073709551615,"yes":true,"nothing":null,"empty":[]})"
-                           "\n");
+    EXPECT_EQ(
+        json.text(),
+        R"({"float":0.100000001,"double":0.10000000000000001,"large":-1.5000000000000001e+300,"nan":"nan",)"
+        R"("ends":["inf","-inf"],"lowest":-9223372036854775808,)"
+        R"("highest":18446744073709551615,"yes":true,"nothing":null,"empty":[]})"
+        "\n");
 }
 
 TEST(JsonWriter, WritesAnyBytesAsValidText)

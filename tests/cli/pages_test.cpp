@@ -44,6 +44,9 @@ TEST_F(CPagesTest, HelpOnEveryLevelTellsEverything)
                    {std::string(group.m_sSummary), std::string(group.m_sName) + " "});
     expectHelp({}, everyCommand);
     expectHelp({"process", "--bogus"}, {"Usage: velmora-cli process"}); // help answers even a wrong line
+    expectFailure({"frobnicate", "--help"}, 2,
+                  {"Unknown command frobnicate."}); // but not on what is not there
+    expectFailure({"settings", "frobnicate", "--help"}, 2, {"Unknown command settings frobnicate."});
     EXPECT_EQ(run({"-h"}).m_sOutput, programHelp());
     EXPECT_EQ(run({"--version"}).m_sOutput, "Velmora 7.0.0.0\n");
 }

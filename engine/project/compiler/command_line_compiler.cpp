@@ -142,10 +142,13 @@ std::string CCommandLineCompiler::notInstalledText() const
 {
     std::string sPrograms;
     for (const CCommandLineToolchain* pToolchain : m_candidates)
-        sPrograms += (sPrograms.empty() ? "" : " nor ") + std::string(pToolchain->m_pProgram);
-    return formatted("No C++ compiler was found: %s%s is not in any folder of PATH. Install one, for "
-                     "example with: sudo apt install %s",
-                     m_candidates.size() > 1 ? "neither " : "", sPrograms.c_str(), toolchain().m_pPackage);
+        sPrograms += (!sPrograms.empty()        ? " nor "
+                      : m_candidates.size() > 1 ? "neither "
+                                                : "") +
+                     std::string(pToolchain->m_pProgram);
+    return formatted("No C++ compiler was found: %s%s in any folder of PATH. Install one, for example with: "
+                     "sudo apt install %s",
+                     sPrograms.c_str(), m_candidates.size() > 1 ? " is" : " is not", toolchain().m_pPackage);
 }
 
 std::string CCommandLineCompiler::versionText() const

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <exception>
 
 namespace {
 
@@ -15,9 +16,18 @@ enum EMood
     ABORT,    // ends the program
     OVERFLOW, // uses up the stack
     SLOW,     // takes about a tenth of a millisecond for each frame
-    CHATTY    // prints, and tells the host
+    CHATTY,   // prints, and tells the host
+    LEAVE,    // calls exit()
+    THROW     // throws an exception of its own
 };
 
+class CTooLoud : public std::exception
+{
+  public:
+    const char* what() const noexcept override { return "too loud"; }
+};
+
+// Adds the sidechain's left channel to what it halves.
 class CUnruly : public CPlugIn
 {
   public:
@@ -33,11 +43,11 @@ class CUnruly : public CPlugIn
         mood.uControlType = FILTER_CONTROL_COMBO_VARIABLE;
         mood.uControlId = 7;
         mood.uUserDataType = UINTData;
-        mood.fUserDisplayDataHiLimit = CHATTY;
+        mood.fUserDisplayDataHiLimit = THROW;
         mood.m_pUserCookedUINTData = &m_uMood;
         mood.cControlName = "Mood";
         mood.cVariableName = "m_uMood";
-        mood.cEnumeratedList = "Calm,Fault,Abort,Overflow,Slow,Chatty";
+        mood.cEnumeratedList = "Calm,Fault,Abort,Overflow,Slow,Chatty,Leave,Throw";
         m_UIControlList.append(mood);
 
         CUICtrl angle;
@@ -74,12 +84,22 @@ class CUnruly : public CPlugIn
             std::abort();
         if (m_uMood == OVERFLOW)
             m_uDepth = useUpStack(1);
+        if (m_uMood == LEAVE)
+            std::exit(0);
+        if (m_uMood == THROW)
+            throw CTooLoud();
         if (m_uMood == SLOW) {
             const timespec pause = {0, 50000};
             nanosleep(&pause, nullptr);
         }
         for (UINT u = 0; u < uOut; ++u)
-            pOut[u] = 0.5F * pIn[u < uIn ? u : 0];
+            pOut[u] = 0.5F * pIn[u < uIn ? u : 0] + m_fSidechain;
+        return true;
+    }
+
+    bool processAuxInputBus(auxInputData* pAux) override
+    {
+        m_fSidechain = pAux->bInputEnabled ? pAux->pFramePtr[0] : 0.0F;
         return true;
     }
 
@@ -93,6 +113,7 @@ class CUnruly : public CPlugIn
 
     UINT m_uMood = CALM;
     UINT m_uDepth = 0;
+    float m_fSidechain = 0.0F;
     double m_dAngle = 0.0;
     int* volatile m_pNowhere = nullptr;
 };
