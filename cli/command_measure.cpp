@@ -14,6 +14,10 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <filesystem>
+#include <numeric>
+#include <set>
+#include <vector>
 
 namespace velmora::cli {
 
@@ -159,8 +163,8 @@ std::string spectrumTable(const CMeasured& measured)
             continue;
         uLastBin = uBin;
         table.addRow({formatted("%.1f", static_cast<double>(uBin) * dBinWidth),
-                      formatted("%.2f", measured.m_values[0][uBin]),
-                      formatted("%.2f", measured.m_values[1][uBin])});
+                      fixedDecimals(measured.m_values[0][uBin], 2),
+                      fixedDecimals(measured.m_values[1][uBin], 2)});
     }
     return table.text();
 }
@@ -169,13 +173,60 @@ std::string peakTable(const CMeasured& measured)
 {
     CTextTable table({"Channel", ">max dB", ">at Hz", ">DC dB"});
     for (std::size_t u = 0; u < 2; ++u)
-        table.addRow({CHANNEL_NAMES[u], formatted("%.2f", measured.m_frequency[u].m_dMaxdB),
-                      formatted("%.1f", measured.m_frequency[u].m_dMaxHz),
-                      formatted("%.2f", measured.m_frequency[u].m_dDCdB)});
+        table.addRow({CHANNEL_NAMES[u], fixedDecimals(measured.m_frequency[u].m_dMaxdB, 2),
+                      fixedDecimals(measured.m_frequency[u].m_dMaxHz, 1),
+                      fixedDecimals(measured.m_frequency[u].m_dDCdB, 2)});
     return table.text();
 }
 
-// Responses in time: the largest sample, then the frames 0, 1, 2, 4, 8 and so on, and the last one.
+double sizeAt(const CMeasured& measured, std::size_t uFrame)
+{
+    return std::max(std::abs(measured.m_values[0][uFrame]), std::abs(measured.m_values[1][uFrame]));
+}
+
+// The frames 0, 1, 2, 4, 8 and so on and the last one; of an impulse response also the largest ones, so
+// that echoes are not missed.
+std::set<std::size_t> framesToShow(const CMeasured& measured)
+{
+    constexpr std::size_t LARGEST = 12;
+    const std::size_t uFrames = measured.m_values[0].size();
+    std::set<std::size_t> frames{0, uFrames - 1};
+    for (std::size_t uFrame = 1; uFrame < uFrames; uFrame *= 2)
+        frames.insert(uFrame);
+    if (measured.m_pKind->m_bStep)
+        return frames;
+    std::vector<std::size_t> order(uFrames);
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    const auto middle = order.begin() + static_cast<std::ptrdiff_t>(std::min(LARGEST, uFrames));
+    std::ranges::partial_sort(order, middle, [&](std::size_t uLeft, std::size_t uRight) {
+        return sizeAt(measured, uLeft) > sizeAt(measured, uRight);
+    });
+    for (auto frame = order.begin(); frame != middle && sizeAt(measured, *frame) > 0.0; ++frame)
+        frames.insert(*frame);
+    return frames;
+}
+
+// What a person should know about an impulse response that does not end within its length.
+std::string decayRemark(const CMeasured& measured)
+{
+    constexpr double DECAYED = 0.001; // -60 dB
+    double dPeak = 0.0;
+    double dEnd = 0.0;
+    const std::size_t uFrames = measured.m_values[0].size();
+    for (std::size_t u = 0; u < uFrames; ++u) {
+        dPeak = std::max(dPeak, sizeAt(measured, u));
+        if (u >= uFrames - uFrames / 16)
+            dEnd = std::max(dEnd, sizeAt(measured, u));
+    }
+    if (dPeak == 0.0)
+        return formatted("Nothing came out within %zu frames; --length measures longer.\n", uFrames);
+    if (dEnd > DECAYED * dPeak)
+        return formatted("The response has not decayed within %zu frames; --length measures longer.\n",
+                         uFrames);
+    return {};
+}
+
+// Responses in time: the largest sample, then chosen frames.
 std::string responseTable(const CMeasured& measured)
 {
     CTextTable peaks({"Channel", ">peak", ">at ms", ">last"});
@@ -184,38 +235,43 @@ std::string responseTable(const CMeasured& measured)
         const auto peak = std::ranges::max_element(
             values, [](double dLeft, double dRight) { return std::abs(dLeft) < std::abs(dRight); });
         const auto nPeak = static_cast<double>(peak - values.begin());
-        peaks.addRow({CHANNEL_NAMES[u], formatted("%.6f", *peak),
-                      formatted("%.3f", 1000.0 * nPeak / measured.m_nRate),
-                      formatted("%.6f", values.back())});
+        peaks.addRow({CHANNEL_NAMES[u], fixedDecimals(*peak, 6),
+                      formatted("%.3f", 1000.0 * nPeak / measured.m_nRate), fixedDecimals(values.back(), 6)});
     }
     CTextTable rows({">frame", ">ms", ">left", ">right"});
-    const auto uFrames = measured.m_values[0].size();
     const auto addRow = [&](std::size_t uFrame) {
         rows.addRow({std::to_string(uFrame),
                      formatted("%.3f", 1000.0 * static_cast<double>(uFrame) / measured.m_nRate),
-                     formatted("%.6f", measured.m_values[0][uFrame]),
-                     formatted("%.6f", measured.m_values[1][uFrame])});
+                     fixedDecimals(measured.m_values[0][uFrame], 6),
+                     fixedDecimals(measured.m_values[1][uFrame], 6)});
     };
-    for (std::size_t uFrame = 0; uFrame + 1 < uFrames; uFrame = uFrame == 0 ? 1 : 2 * uFrame)
+    for (const std::size_t uFrame : framesToShow(measured))
         addRow(uFrame);
-    addRow(uFrames - 1);
     return peaks.text() + "\n" + rows.text();
 }
 
 std::string asText(const CMeasured& measured)
 {
     std::string sText =
-        formatted("%s response, %d frames at %d Hz\n\n", std::string(measured.m_pKind->m_sName).c_str(),
-                  measured.m_nFrames, measured.m_nRate);
+        formatted("%s response, %d frame%s at %d Hz\n\n", std::string(measured.m_pKind->m_sName).c_str(),
+                  measured.m_nFrames, measured.m_nFrames == 1 ? "" : "s", measured.m_nRate);
     if (measured.m_pKind->m_eGraph == EGraphKind::frequency)
         sText += peakTable(measured) + "\n";
-    return sText + (measured.m_pKind->m_bSpectrum ? spectrumTable(measured) : responseTable(measured));
+    sText += measured.m_pKind->m_bSpectrum ? spectrumTable(measured) : responseTable(measured);
+    if (measured.m_pKind->m_eGraph == EGraphKind::impulseResponse)
+        sText += decayRemark(measured);
+    return sText;
 }
 
 // "Save Data" of the analyzer, which writes the left graph.
 int saveToFile(CCommandContext& context, const CMeasured& measured)
 {
-    const std::string sFile = *context.line().text("-o");
+    const std::filesystem::path file = std::filesystem::path(*context.line().text("-o")).lexically_normal();
+    const std::string sFile = file.string();
+    std::error_code error;
+    if (const auto plugIn = context.line().text("--plugin");
+        plugIn && std::filesystem::equivalent(file, *plugIn, error))
+        return context.fail("The file " + sFile + " is the plug-in itself; choose another name.");
     const std::string sText =
         graphDataText(measured.m_values[0], measured.m_pKind->m_eGraph, formatOf(context.line()));
     std::string sError;

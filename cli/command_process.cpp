@@ -4,6 +4,7 @@
 #include "cli/headless_document.h"
 #include "cli/json_writer.h"
 #include "cli/shown_values.h"
+#include "dsp/numeric.h"
 
 namespace velmora::cli {
 
@@ -37,10 +38,12 @@ bool setUpSidechain(CCommandContext& context, CSidechain& sidechain)
 std::string resultText(const COfflineProcessing::CResult& result, bool bJson)
 {
     if (!bJson)
-        return formatted(
-            "%lld frames, %d channel%s, %d Hz: %.3f s of audio in %.3f s, %.0f times real time\n",
-            result.m_nFrames, result.m_nChannels, result.m_nChannels == 1 ? "" : "s", result.m_nSampleRate,
-            secondsOfAudio(result), result.m_dSeconds, timesRealTime(result));
+        return formatted("%lld frame%s, %d channel%s, %d Hz: %.3f s of audio in %.3f s, %.0f times real "
+                         "time, peak %s dB\n",
+                         result.m_nFrames, result.m_nFrames == 1 ? "" : "s", result.m_nChannels,
+                         result.m_nChannels == 1 ? "" : "s", result.m_nSampleRate, secondsOfAudio(result),
+                         result.m_dSeconds, timesRealTime(result),
+                         fixedDecimals(lin2dB(result.m_output.peak()), 1).c_str());
     CJsonWriter json;
     json.beginObject();
     json.member("frames", static_cast<std::int64_t>(result.m_nFrames));
@@ -48,6 +51,9 @@ std::string resultText(const COfflineProcessing::CResult& result, bool bJson)
     json.member("rate", result.m_nSampleRate);
     json.member("seconds", result.m_dSeconds);
     json.member("xRealtime", timesRealTime(result));
+    json.member("peak", result.m_output.peak());
+    json.member("overs", static_cast<std::int64_t>(result.m_output.overs()));
+    json.member("notFinite", static_cast<std::int64_t>(result.m_output.notFinite()));
     json.endObject();
     return json.text();
 }
@@ -73,6 +79,8 @@ int runProcess(CCommandContext& context)
         context.showReason(processing.reason());
         return EXIT_FAILED;
     }
+    for (const std::string& sRemark : processing.remarks())
+        context.dialogs().showMessage(sRemark);
     context.m_sResult = resultText(processing.result(), context.json());
     return EXIT_DONE;
 }

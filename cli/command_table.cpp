@@ -193,7 +193,8 @@ std::span<const CCommand> commandTable()
                     {"--force", "", "Overwrites OUT if it exists."},
                 },
             .m_bTakesFilter = true,
-            .m_sJsonResult = R"({"frames", "channels", "rate", "seconds", "xRealtime"})",
+            .m_sJsonResult =
+                R"({"frames", "channels", "rate", "seconds", "xRealtime", "peak", "overs", "notFinite"})",
             .m_examples = {{"process voice.wav louder.wav --plugin Gain.so --set 0=6",
                             "Runs a recording through a plug-in with one control set."},
                            {"process mix.wav out.wav --plugin Ducker.so --sidechain voice.wav --force",

@@ -12,6 +12,9 @@ void printToStandardError(std::string_view sText)
 {
     removeProgressBar();
     std::string sLine(sText);
+    for (char& c : sLine) // a plug-in or a file name must not steer the terminal
+        if (static_cast<unsigned char>(c) < ' ' && c != '\n' && c != '\t')
+            c = '?';
     if (!sLine.ends_with('\n'))
         sLine += '\n';
     for (std::string_view sRest = sLine; !sRest.empty();) {

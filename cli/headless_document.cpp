@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "host/dsp_filter.h"
+#include "host/dsp_filter_control.h"
 #include "host/guarded_call.h"
 
 namespace velmora::cli {
@@ -16,6 +17,16 @@ std::string listOfControls(const CDSPFilter& filter)
     for (const auto& pControl : filter.m_ControlList)
         sText += "\n  " + std::to_string(pControl->uControlId) + "  " + pControl->m_sName;
     return sText;
+}
+
+// Whether nothing but a number stands there, with or without the control's units behind it. The engine would
+// read the number in front and pass over the rest.
+bool isNumberWithUnits(std::string_view sText, std::string_view sUnits)
+{
+    sText = trimmed(sText);
+    if (!sUnits.empty() && sText.ends_with(sUnits))
+        sText.remove_suffix(sUnits.size());
+    return parseNumber(sText).has_value();
 }
 
 } // namespace
@@ -88,6 +99,12 @@ bool CHeadlessDocument::applyControlOption(const CGivenOption& option)
         pFilter->setControlPosition(uControlId, static_cast<int>(parseNumber(sValue).value_or(0)));
         return true;
     }
+    const CDSPFilterControl& control = *pFilter->getControlById(uControlId);
+    if (control.uControlType == FILTER_CONTROL_LED_METER)
+        return fail("The control " + sId + " (" + control.m_sName + ") is a meter; it cannot be set.");
+    if (!isNumberWithUnits(sValue, control.m_sUnits))
+        return fail("The control " + sId + " (" + control.m_sName + ") takes a number, which \"" + sValue +
+                    "\" is not. Decimals stand behind a point.");
     return pFilter->setControlText(uControlId, sValue, false) ||
            fail("The control " + sId + " (" + pFilter->getControlById(uControlId)->m_sName +
                 ") takes a number, which \"" + sValue + "\" is not.");

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
+#include <string_view>
 #include <unistd.h>
 
 namespace velmora::cli {
@@ -39,10 +40,11 @@ void endBySignal(int nSignal)
 
 void onInterrupt(int nSignal)
 {
-    if (g_nCancellable != 0 && g_nInterrupted == 0)
-        g_nInterrupted = 1;
-    else
+    if (g_nCancellable == 0 || g_nInterrupted != 0)
         endBySignal(nSignal);
+    g_nInterrupted = 1;
+    constexpr std::string_view STOPPING = "\nStopping; once more to stop at once.\n";
+    [[maybe_unused]] const auto nWritten = ::write(STDERR_FILENO, STOPPING.data(), STOPPING.size());
 }
 
 void onBrokenPipe(int) {}

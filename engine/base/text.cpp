@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <cmath>
 #include <cstdarg>
 #include <cstdio>
 #include <locale.h>
@@ -86,6 +87,16 @@ std::optional<double> parseNumber(std::string_view sText)
     if (sText.empty() || result.ec != std::errc() || result.ptr != sText.data() + sText.size())
         return std::nullopt;
     return dValue;
+}
+
+std::string fixedDecimals(double dValue, int nDecimals)
+{
+    if (std::isnan(dValue))
+        return "nan";
+    std::string sText = formatted("%.*f", nDecimals, dValue);
+    if (sText.starts_with('-') && sText.find_first_not_of("-0.") == std::string::npos)
+        sText.erase(0, 1);
+    return sText;
 }
 
 std::string shortestDecimal(double dValue)

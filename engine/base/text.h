@@ -23,6 +23,9 @@ namespace velmora {
 // the locale.
 [[nodiscard]] std::optional<double> parseNumber(std::string_view sText);
 
+// With so many decimals; zero without a sign, "inf", "-inf" or "nan" for what is no finite number.
+[[nodiscard]] std::string fixedDecimals(double dValue, int nDecimals);
+
 // The shortest plain decimal text, without an exponent, that reads back as the same double.
 [[nodiscard]] std::string shortestDecimal(double dValue);
 

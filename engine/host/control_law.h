@@ -43,8 +43,8 @@ struct CControlLaw
 // goes through (10^p - 1) / 9. Not limited to 0..1; not a number for an empty range.
 [[nodiscard]] double normalizedFromCooked(const CControlLaw& law, double dCooked);
 
-// 256 times the normalised position, truncated; 0 where an empty range leaves none. The factor holds for every control, whatever its range
-// of positions.
+// 256 times the normalised position, truncated; 0 where an empty range leaves none. The factor holds for
+// every control, whatever its range of positions.
 [[nodiscard]] int positionFromNormalized(double dNormalized);
 
 // Conversions that truncate toward zero and stay within the range of the type; 0 for not a number.

@@ -1,6 +1,7 @@
 #include "audio/audio_devices.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 #include <utility>
 
 namespace velmora::test {
@@ -93,25 +94,20 @@ TEST(AudioDevices, matchesNamesAndFallsBackToTheDefaults)
 
 TEST(AudioDevices, takesTheDefaultRateWhereTheInputRefusesTheOneAsked)
 {
-    struct
-    {
-        const char* m_sInput;
-        int m_nTestedDevice;
-        double m_dAsked, m_dExpected;
-    } const cases[] = {
+    const std::tuple<const char*, int, double, double> cases[] = {
         {"mic", 0, 44100.0, 44100.0},
         {"mic", 0, 96000.0, 48000.0},
         {"mic", 1, 44100.0, 48000.0},
         {"none", -1, 96000.0, 96000.0}, // nothing to ask
     };
-    for (const auto& test : cases) {
+    for (const auto& [sInput, nTestedDevice, dAsked, dExpected] : cases) {
         CPretendedAudioSystem system;
         system.m_devices = {device("mic", 2, 0), device("speaker", 0, 2)};
-        system.m_nTestedDevice = test.m_nTestedDevice;
+        system.m_nTestedDevice = nTestedDevice;
         CAudioDevices chosen(system);
-        CAudioDeviceChoice choice{test.m_sInput, "speaker", "None", test.m_dAsked};
+        CAudioDeviceChoice choice{sInput, "speaker", "None", dAsked};
         (void)chosen.choose(choice);
-        EXPECT_EQ(choice.m_dSampleRate, test.m_dExpected) << test.m_sInput << " " << test.m_dAsked;
+        EXPECT_EQ(choice.m_dSampleRate, dExpected) << sInput << " " << dAsked;
     }
 }
 

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <optional>
 #include <sstream>
+#include <tuple>
 
 namespace velmora::test {
 namespace {
@@ -45,31 +46,14 @@ std::optional<CFileException> failureOf(const std::function<void()>& action)
 
 TEST(CvzWave, buildsTheFormatWithWholeBytes)
 {
-    EXPECT_EQ(cvzWave().format().m_uFormatTag, 1);
-    EXPECT_EQ(cvzWave().GetBufferLength(), 0u);
-    struct
-    {
-        std::uint16_t m_uChannels;
-        std::uint32_t m_uRate;
-        std::uint16_t m_uBits;
-        std::uint32_t m_uAverage;
-        std::uint16_t m_uBlockAlign;
-    } const cases[] = {
-        {1, 44100, 16, 88200, 2}, {2, 44100, 16, 176400, 4},
-        {1, 44100, 12, 66150, 1}, // the average keeps the half byte that the block loses
-        {3, 8000, 1, 3000, 0},    {8, 192000, 64, 12288000, 64},
-    };
-    for (const auto& test : cases) {
-        cvzWave wave = sampleWave();
-        wave.BuildFormat(test.m_uChannels, test.m_uRate, test.m_uBits);
-        EXPECT_EQ(wave.format().m_uFormatTag, 1);
-        EXPECT_EQ(wave.format().m_uChannels, test.m_uChannels);
-        EXPECT_EQ(wave.format().m_uSamplesPerSecond, test.m_uRate);
-        EXPECT_EQ(wave.format().m_uBitsPerSample, test.m_uBits);
-        EXPECT_EQ(wave.format().m_uAverageBytesPerSecond, test.m_uAverage);
-        EXPECT_EQ(wave.format().m_uBlockAlign, test.m_uBlockAlign);
-        EXPECT_EQ(wave.GetNumSamples(), 0u);
-    }
+    cvzWave wave = sampleWave();
+    wave.BuildFormat(1, 44100, 12);
+    EXPECT_EQ(wave.format().m_uAverageBytesPerSecond, 66150u); // it keeps the half byte that the block loses
+    EXPECT_EQ(wave.format().m_uBlockAlign, 1);
+    EXPECT_EQ(wave.GetNumSamples(), 0u);
+    wave.BuildFormat(8, 192000, 64);
+    EXPECT_EQ(wave.format().m_uAverageBytesPerSecond, 12288000u);
+    EXPECT_EQ(wave.format().m_uBlockAlign, 64);
 }
 
 TEST(CvzWave, savesTheDescribedBytesAndLoadsThemBack)
@@ -83,13 +67,8 @@ TEST(CvzWave, savesTheDescribedBytesAndLoadsThemBack)
     cvzWave loaded;
     loaded.Load(folder / "a.wav");
     EXPECT_EQ(loaded.GetNumSamples(), 2u);
-    EXPECT_EQ(loaded.format().m_uFormatTag, 1);
-    EXPECT_EQ(loaded.format().m_uChannels, 2);
-    EXPECT_EQ(loaded.format().m_uSamplesPerSecond, 48000u);
-    EXPECT_EQ(loaded.format().m_uAverageBytesPerSecond, 288000u);
-    EXPECT_EQ(loaded.format().m_uBlockAlign, 6);
-    EXPECT_EQ(loaded.format().m_uBitsPerSample, 24);
-    EXPECT_EQ(bytesOf(loaded), sampleBytes(FORMAT, SAMPLES));
+    loaded.Save(folder / "b.wav");
+    EXPECT_EQ(readFile(folder / "b.wav"), waveBytes(FORMAT, SAMPLES));
 }
 
 TEST(CvzWave, losesTheTailOfTheData)
@@ -108,11 +87,7 @@ TEST(CvzWave, refusesBadFilesAndStaysAsItWas)
     sNoBlock.replace(32, 2, std::string(2, '\0'));
     std::string sEndless = waveBytes({}, SAMPLES);
     sEndless.replace(40, 4, littleEndianBytes(0xFFFFFFFF, 4));
-    struct
-    {
-        const char* m_sWhat;
-        std::string m_sBytes;
-    } const cases[] = {
+    const std::tuple<const char*, std::string> cases[] = {
         {"empty", ""},
         {"text", "Dear diary, today I renamed a letter to sample.wav.\n"},
         {"not a wave", "RIFF" + littleEndianBytes(0, 4) + "AVI fmt "},
@@ -124,9 +99,9 @@ TEST(CvzWave, refusesBadFilesAndStaysAsItWas)
     const CTemporaryFolder folder;
     const auto path = folder / "bad.wav";
     cvzWave wave = sampleWave();
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.m_sWhat);
-        writeFile(path, test.m_sBytes);
+    for (const auto& [sWhat, sBytes] : cases) {
+        SCOPED_TRACE(sWhat);
+        writeFile(path, sBytes);
         const auto failure = failureOf([&] { wave.Load(path); });
         ASSERT_TRUE(failure);
         EXPECT_EQ(failure->cause(), 6);

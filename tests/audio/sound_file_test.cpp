@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace velmora::test {
 namespace {
@@ -28,12 +29,7 @@ std::vector<float> readAll(CSoundFile& file)
 TEST(SoundFile, readsEverySampleFormatAsTheSameFloats)
 {
     const std::vector<double> samples = {0.0, 0.5, -0.5, 0.25, -1.0, 0.984375, -0.0078125, 0.0};
-    struct
-    {
-        const char* m_sName;
-        std::string m_sBytes;
-        int m_nFormat;
-    } const cases[] = {
+    const std::tuple<const char*, std::string, int> cases[] = {
         {"8.wav", waveBytes({1, 2, 8000, 8}, samples), 0x010005},
         {"16.wav", waveBytes({1, 2, 8000, 16}, samples), WAV_16_BIT},
         {"24.wav", waveBytes({1, 2, 8000, 24}, samples), 0x010003},
@@ -46,16 +42,16 @@ TEST(SoundFile, readsEverySampleFormatAsTheSameFloats)
         {"32.aif", aiffBytes(2, 8000, 32, samples), 0x020004},
     };
     const CTemporaryFolder folder;
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.m_sName);
-        writeFile(folder / test.m_sName, test.m_sBytes);
+    for (const auto& [sName, sBytes, nFormat] : cases) {
+        SCOPED_TRACE(sName);
+        writeFile(folder / sName, sBytes);
         CSoundFile file;
         std::string sError;
-        ASSERT_TRUE(file.openForReading(folder / test.m_sName, sError)) << sError;
+        ASSERT_TRUE(file.openForReading(folder / sName, sError)) << sError;
         EXPECT_EQ(file.info().m_nFrames, 4);
         EXPECT_EQ(file.info().m_nChannels, 2);
         EXPECT_EQ(file.info().m_nSampleRate, 8000);
-        EXPECT_EQ(file.info().m_nFormat, test.m_nFormat);
+        EXPECT_EQ(file.info().m_nFormat, nFormat);
         EXPECT_EQ(readAll(file), std::vector<float>(samples.begin(), samples.end()));
     }
 }
@@ -63,11 +59,7 @@ TEST(SoundFile, readsEverySampleFormatAsTheSameFloats)
 TEST(SoundFile, refusesWhatIsNoSoundInAFullSentence)
 {
     const std::string sData = riffChunk("data", std::string(64, '\0'));
-    struct
-    {
-        const char* m_sName;
-        std::string m_sBytes;
-    } const cases[] = {
+    const std::tuple<const char*, std::string> cases[] = {
         {"empty.wav", ""},
         {"text.wav", "Dear diary, today I renamed a letter.\n"},
         {"header only.wav", riffWave("")},
@@ -92,9 +84,9 @@ TEST(SoundFile, refusesWhatIsNoSoundInAFullSentence)
         EXPECT_THAT(sError, EndsWith("."));
         EXPECT_THAT(sError, ::testing::Not(EndsWith("..")));
     };
-    for (const auto& test : cases) {
-        writeFile(folder / test.m_sName, test.m_sBytes);
-        refused(folder / test.m_sName);
+    for (const auto& [sName, sBytes] : cases) {
+        writeFile(folder / sName, sBytes);
+        refused(folder / sName);
     }
     refused(folder / "missing.wav");
     refused(folder.path());
@@ -200,25 +192,21 @@ TEST(SoundFile, takesNoMemoryWhileReadingSeekingAndWriting)
 
 TEST(SoundFile, clipsOversInIntegerFormatsAndKeepsThemInFloat)
 {
-    struct
-    {
-        int m_nFormat;
-        std::vector<float> m_expected;
-    } const cases[] = {
+    const std::tuple<int, std::vector<float>> cases[] = {
         {WAV_16_BIT, {32767.0f / 32768.0f, -1.0f, 32767.0f / 32768.0f, -1.0f}},
         {FLAC_16_BIT, {32767.0f / 32768.0f, -1.0f, 32767.0f / 32768.0f, -1.0f}},
         {WAV_FLOAT, {1.5f, -1.5f, 1.0f, -1.0f}},
     };
     const CTemporaryFolder folder;
-    for (const auto& test : cases) {
+    for (const auto& [nFormat, expected] : cases) {
         CSoundFile file;
         std::string sError;
-        ASSERT_TRUE(file.openForWriting(folder / "a.wav", {0, 1, 8000, test.m_nFormat}, sError)) << sError;
+        ASSERT_TRUE(file.openForWriting(folder / "a.wav", {0, 1, 8000, nFormat}, sError)) << sError;
         const float overs[] = {1.5f, -1.5f, 1.0f, -1.0f};
         EXPECT_EQ(file.writeFloats(overs, 4), 4);
         EXPECT_TRUE(file.close());
         ASSERT_TRUE(file.openForReading(folder / "a.wav", sError)) << sError;
-        EXPECT_EQ(readAll(file), test.m_expected);
+        EXPECT_EQ(readAll(file), expected);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
 
 namespace velmora::test {
 namespace {
@@ -19,21 +20,16 @@ TEST(WaveBuffer, copiesNoMoreThanEitherSideHas)
     EXPECT_TRUE(buffer.isEmpty());
     buffer.CopyBuffer("aabbcc", 3, 2);
     EXPECT_EQ(textOf(buffer), "aabbcc");
-    struct
-    {
-        const char* m_sBytes;
-        std::uint32_t m_uCount, m_uSize;
-        std::string m_sExpected;
-    } const cases[] = {
+    const std::tuple<const char*, std::uint32_t, std::uint32_t, std::string> cases[] = {
         {"1122", 2, 2, std::string("1122\0\0", 6)},
         {"11223344", 4, 2, "112233"},
         {"123", 3, 1, std::string("123\0\0\0", 6)},     // smaller samples: not read beyond their end
         {"11112222", 2, 4, std::string("1111\0\0", 6)}, // larger ones: two samples of the buffer's own
         {"", 0, 2, std::string(6, '\0')},
     };
-    for (const auto& test : cases) {
-        buffer.CopyBuffer(test.m_sBytes, test.m_uCount, test.m_uSize);
-        EXPECT_EQ(textOf(buffer), test.m_sExpected) << test.m_sBytes;
+    for (const auto& [sBytes, uCount, uSize, sExpected] : cases) {
+        buffer.CopyBuffer(sBytes, uCount, uSize);
+        EXPECT_EQ(textOf(buffer), sExpected) << sBytes;
         EXPECT_EQ(buffer.sampleSize(), 2u);
     }
 }

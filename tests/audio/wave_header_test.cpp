@@ -3,6 +3,7 @@
 #include "support/test_support.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace velmora {
 namespace {
@@ -25,11 +26,7 @@ std::string waveFile(std::uint16_t uTag, std::uint32_t uDataSize, const std::str
 TEST(WaveHeaderTest, TellsWhatTheDataChunkPromises)
 {
     const std::string sOddChunk("LIST\3\0\0\0abc\0", 12);
-    const struct
-    {
-        std::string m_sFile;
-        long long m_nFrames;
-    } cases[] = {
+    const std::tuple<std::string, long long> cases[] = {
         {waveFile(1, 4000), 1000},
         {waveFile(3, 4000, sOddChunk), 1000},
         {waveFile(0xFFFE, 8), 2},
@@ -42,9 +39,9 @@ TEST(WaveHeaderTest, TellsWhatTheDataChunkPromises)
         {waveFile(1, 1).substr(0, 30), 0},
     };
     const test::CTemporaryFolder folder;
-    for (const auto& oneCase : cases) {
-        test::writeFile(folder / "file.wav", oneCase.m_sFile);
-        EXPECT_EQ(promisedWaveFrames(folder / "file.wav"), oneCase.m_nFrames);
+    for (const auto& [sFile, nFrames] : cases) {
+        test::writeFile(folder / "file.wav", sFile);
+        EXPECT_EQ(promisedWaveFrames(folder / "file.wav"), nFrames);
     }
     EXPECT_EQ(promisedWaveFrames(folder / "none.wav"), 0);
 }

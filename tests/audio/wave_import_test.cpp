@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <sstream>
+#include <tuple>
 
 namespace velmora::test {
 namespace {
@@ -23,12 +24,7 @@ const std::string STEREO = riffChunk("data", sampleBytes({}, {0.5, -0.5, 0.25, -
 
 TEST(WaveImporter, convertsEachSampleFormatExactly)
 {
-    struct
-    {
-        CWaveBytesFormat m_format;
-        std::string m_sData;
-        std::vector<float> m_expected;
-    } const cases[] = {
+    const std::tuple<CWaveBytesFormat, std::string, std::vector<float>> cases[] = {
         {{1, 1, 44100, 16},
          std::string("\x00\x80\xFF\x7F\xFF\xFF\x01\x00", 8),
          {-1.0f, 32767.0f / 32768.0f, -1.0f / 32768.0f, 1.0f / 32768.0f}},
@@ -41,13 +37,12 @@ TEST(WaveImporter, convertsEachSampleFormatExactly)
         {{3, 1, 44100, 32}, sampleBytes({3, 1, 44100, 32}, {0.1, -7.5}), {0.1f, -7.5f}},
         {{3, 1, 44100, 64}, sampleBytes({3, 1, 44100, 64}, {0.1, -7.5}), {0.1f, -7.5f}},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(::testing::Message()
-                     << "tag " << test.m_format.m_uTag << ", " << test.m_format.m_uBits << " bits");
+    for (const auto& [format, sData, expected] : cases) {
+        SCOPED_TRACE(::testing::Message() << "tag " << format.m_uTag << ", " << format.m_uBits << " bits");
         CWaveImporter importer;
-        ASSERT_TRUE(import(importer, riffWave(formatChunk(test.m_format) + riffChunk("data", test.m_sData))));
-        EXPECT_EQ(samplesOf(importer), test.m_expected);
-        EXPECT_EQ(importer.bitsPerSample(), test.m_format.m_uBits);
+        ASSERT_TRUE(import(importer, riffWave(formatChunk(format) + riffChunk("data", sData))));
+        EXPECT_EQ(samplesOf(importer), expected);
+        EXPECT_EQ(importer.bitsPerSample(), format.m_uBits);
     }
 }
 
@@ -56,12 +51,7 @@ TEST(WaveImporter, findsFormatDataAndLoopAmongOtherChunks)
     const std::string sOdd = riffChunk("LIST", "odd");
     const std::string sOddWithoutPadding = "LIST" + littleEndianBytes(3, 4) + "odd";
     const std::string sLoops = samplerChunk(2, 100, 200);
-    struct
-    {
-        const char* m_sWhat;
-        std::string m_sChunks;
-        unsigned m_uStart, m_uEnd;
-    } const cases[] = {
+    const std::tuple<const char*, std::string, unsigned, unsigned> cases[] = {
         {"nothing else", formatChunk({}) + STEREO, 0, 0},
         {"format of 18 bytes", formatChunk({}, std::string(2, '\0')) + STEREO, 0, 0},
         {"format of 40 bytes", formatChunk({}, std::string(24, '\0')) + STEREO, 0, 0},
@@ -75,16 +65,16 @@ TEST(WaveImporter, findsFormatDataAndLoopAmongOtherChunks)
          formatChunk({}) + STEREO + riffChunk("smpl", sLoops.substr(8) + "more") + sOdd, 100, 200},
         {"incomplete chunk at the end", formatChunk({}) + STEREO + "LIST\xFF\xFF\xFF\xFFx", 0, 0},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.m_sWhat);
+    for (const auto& [sWhat, sChunks, uStart, uEnd] : cases) {
+        SCOPED_TRACE(sWhat);
         CWaveImporter importer;
-        ASSERT_TRUE(import(importer, riffWave(test.m_sChunks)));
+        ASSERT_TRUE(import(importer, riffWave(sChunks)));
         EXPECT_EQ(samplesOf(importer), (std::vector<float>{0.5f, -0.5f, 0.25f, -0.25f}));
         EXPECT_EQ(importer.frames(), 2u);
         EXPECT_EQ(importer.channels(), 2u);
         EXPECT_EQ(importer.sampleRate(), 44100u);
-        EXPECT_EQ(importer.loop().m_uStart, test.m_uStart);
-        EXPECT_EQ(importer.loop().m_uEnd, test.m_uEnd);
+        EXPECT_EQ(importer.loop().m_uStart, uStart);
+        EXPECT_EQ(importer.loop().m_uEnd, uEnd);
     }
 }
 
@@ -107,11 +97,7 @@ TEST(WaveImporter, refusesInSilenceAndKeepsWhatItHad)
     const auto withFormat = [](const CWaveBytesFormat& format) {
         return riffWave(formatChunk(format) + riffChunk("data", std::string(16, '\1')));
     };
-    struct
-    {
-        const char* m_sWhat;
-        std::string m_sBytes;
-    } const cases[] = {
+    const std::tuple<const char*, std::string> cases[] = {
         {"empty", ""},
         {"text", "Dear diary, today I renamed a letter to sample.wav.\n"},
         {"big-endian RIFF", "RIFX" + waveBytes({}, {0.5, 0.5}).substr(4)},
@@ -135,8 +121,8 @@ TEST(WaveImporter, refusesInSilenceAndKeepsWhatItHad)
     };
     CWaveImporter importer;
     ASSERT_TRUE(import(importer, waveBytes({1, 1, 8000, 24}, {0.75})));
-    for (const auto& test : cases)
-        EXPECT_FALSE(import(importer, test.m_sBytes)) << test.m_sWhat;
+    for (const auto& [sWhat, sBytes] : cases)
+        EXPECT_FALSE(import(importer, sBytes)) << sWhat;
     const CTemporaryFolder folder;
     EXPECT_FALSE(importer.read(folder / "missing.wav"));
     EXPECT_FALSE(importer.read(folder.path()));

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace velmora {
 namespace {
@@ -17,13 +18,7 @@ CChildResult runShell(const std::string& sScript, double dDeadlineSeconds = 0.0)
 
 TEST(ChildProcess, TellsHowAProgramEnded)
 {
-    const struct
-    {
-        const char* m_pScript;
-        EChildEnd m_eEnd;
-        int m_nStatus;
-        const char* m_pOutput;
-    } cases[] = {
+    const std::tuple<const char*, EChildEnd, int, const char*> cases[] = {
         {"echo one; echo two >&2; echo three", EChildEnd::exited, 0, "one\ntwo\nthree\n"},
         {"exit 7", EChildEnd::exited, 7, ""},
         {"kill -9 $$", EChildEnd::signalled, SIGKILL, ""},
@@ -31,11 +26,11 @@ TEST(ChildProcess, TellsHowAProgramEnded)
         // A background process that keeps the pipe open does not keep us waiting.
         {"sleep 30 & echo started", EChildEnd::exited, 0, "started\n"},
     };
-    for (const auto& entry : cases) {
-        const CChildResult result = runShell(entry.m_pScript);
-        EXPECT_EQ(result.m_eEnd, entry.m_eEnd) << entry.m_pScript;
-        EXPECT_EQ(result.m_nStatus, entry.m_nStatus) << entry.m_pScript;
-        EXPECT_EQ(result.m_sOutput, entry.m_pOutput) << entry.m_pScript;
+    for (const auto& [pScript, eEnd, nStatus, pOutput] : cases) {
+        const CChildResult result = runShell(pScript);
+        EXPECT_EQ(result.m_eEnd, eEnd) << pScript;
+        EXPECT_EQ(result.m_nStatus, nStatus) << pScript;
+        EXPECT_EQ(result.m_sOutput, pOutput) << pScript;
     }
 }
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <unistd.h>
 
 namespace velmora {
@@ -39,40 +40,24 @@ class CVariable
     std::optional<std::string> m_sOld;
 };
 
-TEST(PlatformFolders, TheUserFolderLiesBelowTheVariable)
-{
-    const struct
-    {
-        const char* m_pVariable;
-        const char* m_pFolder;
-    } cases[] = {{nullptr, ""}, {"", ""}, {"/data", "/data/Velmora"}, {"/data/", "/data/Velmora"}};
-    for (const auto& each : cases) {
-        const CVariable variable("APPDATA", each.m_pVariable);
-        EXPECT_EQ(userFolder(), fs::path(each.m_pFolder));
-    }
-    const CVariable variable("APPDATA", nullptr);
-    EXPECT_TRUE((userFolder() / "socket.log").is_relative());
-}
-
 TEST(PlatformFolders, ProgramsProvideTheVariable)
 {
-    const struct
-    {
-        const char* m_pAppData;
-        const char* m_pDataHome;
-        const char* m_pHome;
-        const char* m_pFolder;
-    } cases[] = {{"/set", "/xdg", "/home/u", "/set/Velmora"},
-                 {nullptr, "/xdg", "/home/u", "/xdg/Velmora"},
-                 {nullptr, nullptr, "/home/u", "/home/u/.local/share/Velmora"},
-                 {"", "", "/home/u", "/home/u/.local/share/Velmora"},
-                 {nullptr, "relative", "/home/u", "/home/u/.local/share/Velmora"}};
-    for (const auto& each : cases) {
-        const CVariable appData("APPDATA", each.m_pAppData);
-        const CVariable dataHome("XDG_DATA_HOME", each.m_pDataHome);
-        const CVariable home("HOME", each.m_pHome);
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+        {"/set", "/xdg", "/home/u", "/set/Velmora"},
+        {nullptr, "/xdg", "/home/u", "/xdg/Velmora"},
+        {nullptr, nullptr, "/home/u", "/home/u/.local/share/Velmora"},
+        {"", "", "/home/u", "/home/u/.local/share/Velmora"},
+        {nullptr, "relative", "/home/u", "/home/u/.local/share/Velmora"}};
+    for (const auto& [pAppData, pDataHome, pHome, pFolder] : cases) {
+        const CVariable appData("APPDATA", pAppData);
+        const CVariable dataHome("XDG_DATA_HOME", pDataHome);
+        const CVariable home("HOME", pHome);
         provideApplicationDataVariable();
-        EXPECT_EQ(userFolder(), fs::path(each.m_pFolder));
+        EXPECT_EQ(userFolder(), fs::path(pFolder));
+    }
+    for (const char* pNothing : {static_cast<const char*>(nullptr), ""}) {
+        const CVariable appData("APPDATA", pNothing);
+        EXPECT_EQ(userFolder(), fs::path());
     }
 }
 

@@ -66,8 +66,8 @@ class CCliProcessTest : public CCliTest
 TEST_F(CCliProcessTest, WritesTheProcessedFile)
 {
     const CJsonValue result = runForJson(processing());
-    EXPECT_EQ(result.members(),
-              (std::vector<std::string>{"channels", "frames", "rate", "seconds", "xRealtime"}));
+    EXPECT_EQ(result.members(), (std::vector<std::string>{"channels", "frames", "notFinite", "overs", "peak",
+                                                          "rate", "seconds", "xRealtime"}));
     EXPECT_EQ(result["frames"].number(), FRAMES);
     EXPECT_EQ(result["channels"].number(), 2);
     EXPECT_EQ(result["rate"].number(), RATE);

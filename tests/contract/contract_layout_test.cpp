@@ -1,12 +1,20 @@
 #include "contract_members.h"
 #include "library_check.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <map>
 #include <new>
+#include <string>
+#include <vector>
 
 namespace {
+
+using testing::Each;
+using testing::ElementsAre;
 
 TEST(ContractLayout, MembersLieWhereTheTableSays)
 {
@@ -77,127 +85,117 @@ TEST(ContractLayout, LibrariesOfBothCompilersAgreeWithThisHost)
 }
 
 template <typename T>
-void expectAll(const T* pValues, size_t uCount, T expected, const char* pWhat)
+std::string bytesOf(const T& value)
 {
-    for (size_t i = 0; i < uCount; i++)
-        EXPECT_EQ(pValues[i], expected) << pWhat << " " << i;
+    return std::string(reinterpret_cast<const char*>(&value), sizeof value);
+}
+
+// What a member begins with, by its name in the table of members. The rest of it, and every member that is
+// not named, is 0; one without bytes points at something and is left to the caller.
+using Defaults = std::map<std::string, std::string>;
+
+// In memory that held something else before.
+template <typename Record>
+void expectDefaults(const std::string& sRecord, const Defaults& defaults)
+{
+    alignas(Record) static unsigned char memory[sizeof(Record)];
+    std::memset(memory, 0xA5, sizeof memory);
+    Record* pRecord = new (memory) Record;
+    for (const CMemberRow& row : CONTRACT_ROWS) {
+        const std::string sName = row.m_pName;
+        const auto stated =
+            sName.starts_with(sRecord) ? defaults.find(sName.substr(sRecord.size())) : defaults.end();
+        if (!sName.starts_with(sRecord) || (stated != defaults.end() && stated->second.empty()))
+            continue;
+        std::string sExpected = stated != defaults.end() ? stated->second : "";
+        sExpected.resize(row.m_uSize, '\0');
+        EXPECT_EQ(std::string(reinterpret_cast<char*>(memory) + row.m_uOffset, row.m_uSize), sExpected)
+            << sName;
+    }
+    pRecord->~Record();
 }
 
 TEST(ContractDefaults, PlugIn)
 {
-    const CPlugIn plugIn;
-    const bool off[] = {
-        plugIn.m_bUserCustomGUI,         plugIn.m_bOutputOnlyPlugIn,
-        plugIn.m_bWantAllMIDIMessages,   plugIn.m_bWantIRs,
-        plugIn.m_bWantBuffers,           plugIn.m_bWantChannelBuffers,
-        plugIn.m_bReservedFlag,          plugIn.m_bUseCustomVSTGUI,
-        plugIn.m_bLatchingAssignButton1, plugIn.m_bLatchingAssignButton2,
-        plugIn.m_bLatchingAssignButton3,
+    Defaults defaults = {
+        {"m_bEnableMIDIControl", bytesOf(true)},
+        {"m_nNumWAVEChannels", bytesOf(2)},
+        {"m_nSampleRate", bytesOf(44100)},
+        {"m_nBitDepth", bytesOf(16)},
+        {"m_uPlugInVersion", bytesOf(61)},
+        {"m_nGUIThemeID", bytesOf(-1)},
+        {"m_nGUIType", bytesOf(-1)},
+        {"m_uControlTheme", bytesOf(0xFFFFFFFFu)},
+        {"m_uMaxInputChannels", bytesOf(2)},
+        {"m_uMaxOutputChannels", bytesOf(2)},
+        {"m_uX_TrackPadIndex", bytesOf(-1)},
+        {"m_uY_TrackPadIndex", bytesOf(-1)},
     };
-    expectAll(off, std::size(off), false, "flag");
-    EXPECT_TRUE(plugIn.m_bEnableMIDIControl);
-    EXPECT_EQ(plugIn.m_hParentWnd, nullptr);
-    EXPECT_EQ(plugIn.m_nIRLength, 0);
-    EXPECT_EQ(plugIn.m_nNumWAVEChannels, 2);
-    EXPECT_EQ(plugIn.m_nSampleRate, 44100);
-    EXPECT_EQ(plugIn.m_nBitDepth, 16);
+    for (const char* pBelow :
+         {"m_PlugInName", "m_AssignButton1Name", "m_AssignButton2Name", "m_AssignButton3Name", "m_JS_XCtrl",
+          "m_JS_YCtrl", "m_MIDIFreqTable", "m_pVectorJSProgram"})
+        defaults[pBelow] = "";
+    expectDefaults<CPlugIn>("CPlugIn::", defaults);
+    const CPlugIn plugIn;
     EXPECT_EQ(plugIn.m_UIControlList.count(), 0u);
-    EXPECT_STREQ(plugIn.m_PlugInName, "Name Not Set.");
-    EXPECT_EQ(plugIn.m_uPlugInVersion, 61u);
-    EXPECT_EQ(plugIn.m_nGUIThemeID, -1);
-    EXPECT_EQ(plugIn.m_nGUIType, -1);
-    EXPECT_EQ(plugIn.m_uMaxInputChannels, 2u);
-    EXPECT_EQ(plugIn.m_uMaxOutputChannels, 2u);
-    EXPECT_EQ(plugIn.m_uX_TrackPadIndex, 0xFFFFFFFFu);
-    EXPECT_EQ(plugIn.m_uY_TrackPadIndex, 0xFFFFFFFFu);
-    EXPECT_STREQ(plugIn.m_AssignButton1Name, "B1");
-    EXPECT_STREQ(plugIn.m_AssignButton2Name, "B2");
-    EXPECT_STREQ(plugIn.m_AssignButton3Name, "B3");
-
-    EXPECT_EQ(plugIn.m_uControlTheme[0], 0xFFFFFFFFu);
-    expectAll(plugIn.m_uControlTheme + 1, 63, 0u, "m_uControlTheme from 1");
-    expectAll(plugIn.m_uPlugInEx, 64, 0u, "m_uPlugInEx");
-    expectAll(plugIn.m_fPlugInEx, 64, 0.0f, "m_fPlugInEx");
-    expectAll<const char*>(plugIn.m_TextLabels, 64, nullptr, "m_TextLabels");
-    expectAll(plugIn.m_uLabelCX, 64, 0u, "m_uLabelCX");
-    expectAll(plugIn.m_uLabelCY, 64, 0u, "m_uLabelCY");
-    expectAll<float*>(plugIn.m_PresetJSPrograms, 16, nullptr, "m_PresetJSPrograms");
-    expectAll<const char*>(plugIn.m_PresetNames, 16, nullptr, "m_PresetNames");
-    expectAll<float*>(plugIn.m_AddlPresetValues, 16, nullptr, "m_AddlPresetValues");
-    expectAll(plugIn.m_pVectorJSProgram, 112, 0.0f, "m_pVectorJSProgram");
-    expectAll(plugIn.m_h_Left, 1024, 0.0f, "m_h_Left");
-    expectAll(plugIn.m_h_Right, 1024, 0.0f, "m_h_Right");
-
-    EXPECT_STREQ(plugIn.m_JS_XCtrl.cControlName, "MIDI JS X");
-    EXPECT_STREQ(plugIn.m_JS_YCtrl.cControlName, "MIDI JS Y");
+    EXPECT_EQ(std::count(plugIn.m_pVectorJSProgram, plugIn.m_pVectorJSProgram + 112, 0.0f), 112);
+    EXPECT_THAT((std::vector<std::string>{plugIn.m_PlugInName, plugIn.m_AssignButton1Name,
+                                          plugIn.m_AssignButton2Name, plugIn.m_AssignButton3Name,
+                                          plugIn.m_JS_XCtrl.cControlName, plugIn.m_JS_YCtrl.cControlName}),
+                ElementsAre("Name Not Set.", "B1", "B2", "B3", "MIDI JS X", "MIDI JS Y"));
     EXPECT_EQ(plugIn.m_JS_XCtrl.uMIDIControlName, 16u);
     EXPECT_EQ(plugIn.m_JS_YCtrl.uMIDIControlName, 17u);
-    for (const CUICtrl* pAxis : {&plugIn.m_JS_XCtrl, &plugIn.m_JS_YCtrl}) {
-        EXPECT_EQ(pAxis->uControlId, 0u);
-        EXPECT_FALSE(pAxis->bMIDIControl);
-        EXPECT_EQ(pAxis->uMIDIControlCommand, 176u);
-        EXPECT_EQ(pAxis->uMIDIControlChannel, 0u);
-    }
 }
 
 TEST(ContractDefaults, Control)
 {
+    Defaults defaults = {
+        {"uDetectorMode", bytesOf(2)},
+        {"uUserDataType", bytesOf(4)},
+        {"fMeterAttack_ms", bytesOf(10.0f)},
+        {"fMeterRelease_ms", bytesOf(500.0f)},
+        {"uMIDIControlCommand", bytesOf(176)},
+        {"uMIDIControlName", bytesOf(3)},
+        {"nGUIRow", bytesOf(-1)},
+        {"nGUIColumn", bytesOf(-1)},
+    };
+    for (const std::string sText :
+         {"ControlName", "ControlUnits", "VariableName", "EnumeratedList", "MeterVariableName"})
+        defaults["c" + sText] = defaults["m_c" + sText + "Text"] = "";
+    expectDefaults<CUICtrl>("CUICtrl::", defaults);
     const CUICtrl control;
-    EXPECT_EQ(control.uDetectorMode, 2u);
-    EXPECT_EQ(control.uUserDataType, 4u);
-    EXPECT_EQ(control.m_pUserCookedIntData, nullptr);
-    EXPECT_EQ(control.m_pUserCookedFloatData, nullptr);
-    EXPECT_EQ(control.m_pUserCookedDoubleData, nullptr);
-    EXPECT_EQ(control.m_pUserCookedUINTData, nullptr);
-    EXPECT_EQ(control.m_pCurrentMeterValue, nullptr);
     for (const char* pText : {control.cControlName, control.cControlUnits, control.cVariableName,
                               control.cEnumeratedList, control.cMeterVariableName})
         EXPECT_STREQ(pText, "");
-    const bool off[] = {control.bOwnerControl, control.bUseMeter,  control.bUpsideDownMeter,
-                        control.bLogMeter,     control.bLogSlider, control.bExpSlider,
-                        control.bMIDIControl};
-    expectAll(off, std::size(off), false, "flag");
-    EXPECT_EQ(control.uMeterColorScheme, 0u);
-    EXPECT_EQ(control.fMeterAttack_ms, 10.0f);
-    EXPECT_EQ(control.fMeterRelease_ms, 500.0f);
-    EXPECT_EQ(control.uMIDIControlCommand, 176u);
-    EXPECT_EQ(control.uMIDIControlName, 3u);
-    EXPECT_EQ(control.uMIDIControlChannel, 0u);
-    EXPECT_EQ(control.nGUIRow, -1);
-    EXPECT_EQ(control.nGUIColumn, -1);
-    expectAll(control.uControlTheme, 32, 0u, "uControlTheme");
-    expectAll(control.dPresetData, 16, 0.0, "dPresetData");
-    expectAll(control.uFluxCapControl, 64, 0u, "uFluxCapControl");
-    expectAll(control.fFluxCapData, 64, 0.0f, "fFluxCapData");
-    EXPECT_EQ(control.uReserved, 0u);
 }
 
 TEST(ContractDefaults, OperationsAnswer)
 {
     CPlugIn plugIn;
-    hostMessageData message{};
-    EXPECT_TRUE(plugIn.prepareForPlay());
-    EXPECT_TRUE(plugIn.processAudioFrame(nullptr, nullptr, 0, 0));
-    EXPECT_TRUE(plugIn.userInterfaceChange(0));
-    EXPECT_TRUE(plugIn.init());
-    EXPECT_TRUE(plugIn.joystickControlChange(0, 0, 0, 0, 0, 0));
-    EXPECT_TRUE(plugIn.processSocketAudioBuffer(nullptr, nullptr, 0, 0, 0));
-    EXPECT_TRUE(plugIn.processChannelBuffers(nullptr, nullptr, 0, 0));
-    EXPECT_TRUE(plugIn.midiNoteOn(0, 0, 0));
-    EXPECT_TRUE(plugIn.midiNoteOff(0, 0, 0, false));
-    EXPECT_TRUE(plugIn.midiModWheel(0, 0));
-    EXPECT_TRUE(plugIn.midiPitchBend(0, 0, 0.0f));
-    EXPECT_TRUE(plugIn.midiClock());
-    EXPECT_TRUE(plugIn.midiMessage(0, 0, 0, 0));
-    EXPECT_TRUE(plugIn.initUI());
+    const bool answers[] = {plugIn.prepareForPlay(),
+                            plugIn.processAudioFrame(nullptr, nullptr, 0, 0),
+                            plugIn.userInterfaceChange(0),
+                            plugIn.init(),
+                            plugIn.joystickControlChange(0, 0, 0, 0, 0, 0),
+                            plugIn.processSocketAudioBuffer(nullptr, nullptr, 0, 0, 0),
+                            plugIn.processChannelBuffers(nullptr, nullptr, 0, 0),
+                            plugIn.midiNoteOn(0, 0, 0),
+                            plugIn.midiNoteOff(0, 0, 0, false),
+                            plugIn.midiModWheel(0, 0),
+                            plugIn.midiPitchBend(0, 0, 0.0f),
+                            plugIn.midiClock(),
+                            plugIn.midiMessage(0, 0, 0, 0),
+                            plugIn.initUI(),
+                            plugIn.processAuxInputBus(nullptr)};
+    EXPECT_THAT(answers, Each(true));
     EXPECT_EQ(plugIn.getAdditionalPresetValue(0), -1.0f);
     EXPECT_EQ(plugIn.getAdditionalPresetValueCount(), 0);
+    EXPECT_EQ(plugIn.processHostMessage(nullptr), 0);
+    hostMessageData message{};
     for (const UINT uCode : {2u, 5u, 6u, 7u, 9u, 10u, 11u, 99u}) {
         message.uMessage = uCode;
         EXPECT_EQ(plugIn.processHostMessage(&message), 0) << uCode;
     }
-    EXPECT_EQ(plugIn.processHostMessage(nullptr), 0);
-    EXPECT_TRUE(plugIn.processAuxInputBus(nullptr));
 }
 
 TEST(ContractDefaults, NoteFrequenciesAreARunningProductAndTheLastEntryIsLeftAlone)
@@ -213,7 +211,7 @@ TEST(ContractDefaults, NoteFrequenciesAreARunningProductAndTheLastEntryIsLeftAlo
             << nNote;
     const size_t uLast =
         static_cast<size_t>(reinterpret_cast<unsigned char*>(&pPlugIn->m_MIDIFreqTable[127]) - memory);
-    expectAll<unsigned char>(memory + uLast, sizeof(float), 0xA5, "byte of entry 127");
+    EXPECT_EQ(std::string(memory + uLast, memory + uLast + sizeof(float)), "\xA5\xA5\xA5\xA5");
     pPlugIn->~CPlugIn();
 }
 

@@ -1,8 +1,9 @@
-#include "pluginconstants.h"
+#include "contract_members.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -55,28 +56,18 @@ TEST(ControlList, KeepsTheOrderOfItsOperations)
     EXPECT_EQ(idsOf(list), (Ids{7}));
 }
 
-TEST(ControlList, TakesTheFirstOfTwoControlsWithOneId)
-{
-    CUIControlList list;
-    list.append(controlWithId(1, "first"));
-    list.append(controlWithId(1, "second"));
-    EXPECT_TRUE(list.remove(1));
-    EXPECT_STREQ(list.getAt(0)->cControlName, "second");
-}
-
 TEST(ControlList, OwnsCopiesAndMayBeGivenItsOwnElements)
 {
     CUIControlList list;
-    {
-        std::string sName = "Cutoff";
-        list.append(controlWithId(1, sName.c_str()));
-        sName = "gone";
-    }
+    list.append(controlWithId(1, std::string("Cutoff").c_str()));
     list.append(*list.getAt(0));
     EXPECT_TRUE(list.replace(1, *list.getAt(0)));
-    EXPECT_STREQ(list.getAt(0)->cControlName, "Cutoff");
-    EXPECT_STREQ(list.getAt(1)->cControlName, "Cutoff");
+    for (const UINT uAt : {0u, 1u})
+        EXPECT_STREQ(list.getAt(uAt)->cControlName, "Cutoff");
     EXPECT_NE(list.getAt(0)->cControlName, list.getAt(1)->cControlName);
+    ASSERT_TRUE(list.replace(1, controlWithId(1, "first")));
+    EXPECT_TRUE(list.remove(1)); // the first of two with one id
+    EXPECT_STREQ(list.getAt(0)->cControlName, "Cutoff");
 }
 
 // The five text pointers and the buffers that they belong to.
@@ -96,16 +87,12 @@ const CTextMember TEXT_MEMBERS[] = {
 
 TEST(ControlCopy, TextsAreCutAndAimedAtTheCopysOwnBuffers)
 {
-    struct
-    {
-        std::string m_sText;
-        size_t m_uKept;
-    } const cases[] = {{"", 0},
-                       {"dB", 2},
-                       {std::string(1022, 'a'), 1022},
-                       {std::string(1023, 'b'), 1023},
-                       {std::string(1024, 'c'), 1023},
-                       {std::string(5000, 'd'), 1023}};
+    const std::tuple<std::string, size_t> cases[] = {{"", 0},
+                                                     {"dB", 2},
+                                                     {std::string(1022, 'a'), 1022},
+                                                     {std::string(1023, 'b'), 1023},
+                                                     {std::string(1024, 'c'), 1023},
+                                                     {std::string(5000, 'd'), 1023}};
     for (const auto& [sText, uKept] : cases) {
         CUICtrl original;
         for (const CTextMember& text : TEXT_MEMBERS)
@@ -129,45 +116,33 @@ TEST(ControlCopy, NullTextsBecomeEmptyAndSelfAssignmentChangesNothing)
     const CUICtrl copy(control);
     for (const CTextMember& text : TEXT_MEMBERS)
         EXPECT_STREQ(copy.*text.m_pText, "");
-
-    CUICtrl named;
-    named = controlWithId(5, "Drive");
+    CUICtrl named(controlWithId(5, "Drive"));
     CUICtrl& same = named;
     named = same;
     EXPECT_STREQ(named.cControlName, "Drive");
-    EXPECT_EQ(named.cControlName, named.m_cControlNameText);
-    EXPECT_EQ(named.uControlId, 5u);
 }
 
-// Fills every byte outside the text pointers, so that a member left out of the copy shows. Padding may
-// differ; the flags hold 0 or 1 to stay valid.
+// Fills every member outside the text pointers, so that one left out of the copy shows. The flags hold 1
+// to stay valid.
 TEST(ControlCopy, TakesEveryValue)
 {
     CUICtrl original;
-    const size_t uPointers = offsetof(CUICtrl, cControlName);
-    const size_t uFlags = offsetof(CUICtrl, bOwnerControl);
-    unsigned char* pBytes = reinterpret_cast<unsigned char*>(&original);
-    std::memset(pBytes, 0x11, offsetof(CUICtrl, fReserved) + sizeof original.fReserved);
-    std::memset(pBytes + offsetof(CUICtrl, m_pUserCookedIntData), 0x22,
-                uPointers - offsetof(CUICtrl, m_pUserCookedIntData));
-    std::memset(pBytes + uFlags, 1, sizeof(CUICtrl) - uFlags);
-
+    char* pBytes = reinterpret_cast<char*>(&original);
+    std::memset(pBytes, 0x11, offsetof(CUICtrl, cControlName));
+    std::memset(pBytes + offsetof(CUICtrl, bOwnerControl), 1,
+                sizeof(CUICtrl) - offsetof(CUICtrl, bOwnerControl));
     const CUICtrl constructed(original);
     CUICtrl assigned;
     assigned = original;
-    for (const CUICtrl* pCopy : {&constructed, &static_cast<const CUICtrl&>(assigned)}) {
-        EXPECT_EQ(std::memcmp(pCopy, &original, offsetof(CUICtrl, fReserved) + sizeof original.fReserved), 0);
-        EXPECT_EQ(
-            std::memcmp(&pCopy->m_pUserCookedIntData, &original.m_pUserCookedIntData, 5 * sizeof(void*)), 0);
-        EXPECT_EQ(std::memcmp(&pCopy->bOwnerControl, &original.bOwnerControl, 6), 0);
-        EXPECT_EQ(std::memcmp(&pCopy->uMeterColorScheme, &original.uMeterColorScheme, 13), 0);
-        EXPECT_EQ(std::memcmp(&pCopy->uMIDIControlCommand, &original.uMIDIControlCommand,
-                              offsetof(CUICtrl, uControlTheme) - offsetof(CUICtrl, uMIDIControlCommand) +
-                                  sizeof original.uControlTheme),
-                  0);
-        EXPECT_EQ(std::memcmp(pCopy->dPresetData, original.dPresetData,
-                              offsetof(CUICtrl, uReserved) - offsetof(CUICtrl, dPresetData) + sizeof(UINT)),
-                  0);
+    for (const CMemberRow& row : CONTRACT_ROWS) {
+        const std::string sName = row.m_pName;
+        if (!sName.starts_with("CUICtrl::") || sName.starts_with("CUICtrl::c") || sName.ends_with("Text"))
+            continue;
+        for (const CUICtrl* pCopy : {&constructed, &static_cast<const CUICtrl&>(assigned)})
+            EXPECT_EQ(std::memcmp(reinterpret_cast<const char*>(pCopy) + row.m_uOffset,
+                                  pBytes + row.m_uOffset, row.m_uSize),
+                      0)
+                << sName;
     }
 }
 

@@ -69,6 +69,12 @@ class CLibraryCheck
             m_problems << "called " << pExpected << ", got " << lastRecord() << '\n';
     }
 
+    void expectCall(bool bAnswer, const char* pExpected)
+    {
+        expectRecord(pExpected);
+        expectEqual(pExpected, true, bAnswer);
+    }
+
     template <typename T>
     void expectEqual(const char* pWhat, T expected, T found)
     {
@@ -145,34 +151,23 @@ class CLibraryCheck
         hostMessageData message = {5, false, NULL, NULL, NULL, "ui", 2, IDS, 2, NULL, 0};
         m_pPlugIn->m_nSampleRate = 96000;
 
-        bool bTrue = m_pPlugIn->prepareForPlay();
-        expectRecord("prepareForPlay 96000 2 16");
-        bTrue = m_pPlugIn->processAudioFrame(&fIn, &fOut, 1, 2) && bTrue;
-        expectRecord("processAudioFrame 0.5 -0.25 1 2");
-        bTrue = m_pPlugIn->userInterfaceChange(50) && bTrue;
-        expectRecord("userInterfaceChange 50 3");
-        bTrue = m_pPlugIn->init() && bTrue;
-        expectRecord("init");
-        bTrue = m_pPlugIn->joystickControlChange(0.1f, 0.2f, 0.3f, 0.4f, 0.5f, 0.6f) && bTrue;
-        expectRecord("joystickControlChange 0.1 0.2 0.3 0.4 0.5 0.6");
-        bTrue = m_pPlugIn->processSocketAudioBuffer(&fIn, &fOut, 1, 2, 512) && bTrue;
-        expectRecord("processSocketAudioBuffer 0.5 -0.25 1 2 512");
-        bTrue = m_pPlugIn->processChannelBuffers(&pIn, &pOut, 2, 8192) && bTrue;
-        expectRecord("processChannelBuffers 0.5 -0.25 2 8192");
-        bTrue = m_pPlugIn->midiNoteOn(1, 60, 100) && bTrue;
-        expectRecord("midiNoteOn 1 60 100");
-        bTrue = m_pPlugIn->midiNoteOff(15, 127, 64, true) && bTrue;
-        expectRecord("midiNoteOff 15 127 64 1");
-        bTrue = m_pPlugIn->midiModWheel(2, 99) && bTrue;
-        expectRecord("midiModWheel 2 99");
-        bTrue = m_pPlugIn->midiPitchBend(3, -8192, -1.0f) && bTrue;
-        expectRecord("midiPitchBend 3 -8192 -1");
-        bTrue = m_pPlugIn->midiClock() && bTrue;
-        expectRecord("midiClock");
-        bTrue = m_pPlugIn->midiMessage(4, 176, 7, 127) && bTrue;
-        expectRecord("midiMessage 4 176 7 127");
-        bTrue = m_pPlugIn->initUI() && bTrue;
-        expectRecord("initUI");
+        expectCall(m_pPlugIn->prepareForPlay(), "prepareForPlay 96000 2 16");
+        expectCall(m_pPlugIn->processAudioFrame(&fIn, &fOut, 1, 2), "processAudioFrame 0.5 -0.25 1 2");
+        expectCall(m_pPlugIn->userInterfaceChange(50), "userInterfaceChange 50 3");
+        expectCall(m_pPlugIn->init(), "init");
+        expectCall(m_pPlugIn->joystickControlChange(0.1f, 0.2f, 0.3f, 0.4f, 0.5f, 0.6f),
+                   "joystickControlChange 0.1 0.2 0.3 0.4 0.5 0.6");
+        expectCall(m_pPlugIn->processSocketAudioBuffer(&fIn, &fOut, 1, 2, 512),
+                   "processSocketAudioBuffer 0.5 -0.25 1 2 512");
+        expectCall(m_pPlugIn->processChannelBuffers(&pIn, &pOut, 2, 8192),
+                   "processChannelBuffers 0.5 -0.25 2 8192");
+        expectCall(m_pPlugIn->midiNoteOn(1, 60, 100), "midiNoteOn 1 60 100");
+        expectCall(m_pPlugIn->midiNoteOff(15, 127, 64, true), "midiNoteOff 15 127 64 1");
+        expectCall(m_pPlugIn->midiModWheel(2, 99), "midiModWheel 2 99");
+        expectCall(m_pPlugIn->midiPitchBend(3, -8192, -1.0f), "midiPitchBend 3 -8192 -1");
+        expectCall(m_pPlugIn->midiClock(), "midiClock");
+        expectCall(m_pPlugIn->midiMessage(4, 176, 7, 127), "midiMessage 4 176 7 127");
+        expectCall(m_pPlugIn->initUI(), "initUI");
         m_pPlugIn->reservedOperation16(-16);
         expectRecord("reservedOperation16 -16");
         expectEqual("additional value", 0.25f, m_pPlugIn->getAdditionalPresetValue(11));
@@ -184,9 +179,7 @@ class CLibraryCheck
         expectEqual("bHasEditor", true, message.bHasEditor);
         m_pPlugIn->reservedOperation20();
         expectRecord("reservedOperation20");
-        bTrue = m_pPlugIn->processAuxInputBus(&auxInput) && bTrue;
-        expectRecord("processAuxInputBus 1 0.5 2 128 1");
-        expectEqual("results", true, bTrue);
+        expectCall(m_pPlugIn->processAuxInputBus(&auxInput), "processAuxInputBus 1 0.5 2 128 1");
     }
 
     void* m_pLibrary;

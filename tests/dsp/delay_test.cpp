@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <limits>
+#include <tuple>
 #include <vector>
 
 namespace velmora {
@@ -26,26 +27,18 @@ std::vector<float> processed(CDelay& delay, const std::vector<float>& input)
 TEST(Delay, DelaysByWholeAndFractionalSamples)
 {
     const std::vector<float> input{1.0f, 2.0f, 4.0f, 8.0f, 16.0f, 32.0f};
-    const struct
-    {
-        float m_fDelay;
-        std::vector<float> m_output;
-    } cases[] = {{0.0f, input},
-                 {1.0f, {0.0f, 1.0f, 2.0f, 4.0f, 8.0f, 16.0f}},
-                 {1.5f, {0.0f, 0.5f, 1.5f, 3.0f, 6.0f, 12.0f}},
-                 {2.25f, {0.0f, 0.0f, 0.75f, 1.75f, 3.5f, 7.0f}},
-                 {3.0f, {0.0f, 0.0f, 0.0f, 1.0f, 2.0f, 4.0f}}};
-    for (const auto& each : cases) {
+    const std::tuple<float, std::vector<float>> cases[] = {{0.0f, input},
+                                                           {1.0f, {0.0f, 1.0f, 2.0f, 4.0f, 8.0f, 16.0f}},
+                                                           {1.5f, {0.0f, 0.5f, 1.5f, 3.0f, 6.0f, 12.0f}},
+                                                           {2.25f, {0.0f, 0.0f, 0.75f, 1.75f, 3.5f, 7.0f}},
+                                                           {3.0f, {0.0f, 0.0f, 0.0f, 1.0f, 2.0f, 4.0f}}};
+    for (const auto& [fDelay, output] : cases) {
         CDelay delay;
-        prepare(delay, 5, each.m_fDelay);
-        EXPECT_EQ(processed(delay, input), each.m_output) << each.m_fDelay;
+        prepare(delay, 5, fDelay);
+        EXPECT_EQ(processed(delay, input), output) << fDelay;
         delay.resetDelay();
-        EXPECT_EQ(processed(delay, input), each.m_output) << each.m_fDelay << " after a reset";
+        EXPECT_EQ(processed(delay, input), output) << fDelay << " after a reset";
     }
-}
-
-TEST(Delay, AppliesItsGain)
-{
     CDelay delay;
     prepare(delay, 4, 1.0f);
     delay.setOutputAttenuation_dB(-20.0f);

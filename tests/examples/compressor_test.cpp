@@ -2,9 +2,9 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace velmora::test {
-
 namespace {
 
 enum
@@ -49,23 +49,20 @@ double curve(double dInput_dB, double dThreshold_dB, double dRatio, double dKnee
 
 TEST(Compressor, followsItsStaticCurve)
 {
-    const struct
-    {
-        double dThreshold_dB, dRatio, dKnee_dB;
-    } settings[] = {{-24.0, 4.0, 0.0}, {-24.0, 4.0, 12.0}, {-40.0, 20.0, 6.0}, {-10.0, 1.0, 24.0}};
-    for (const auto& setting : settings) {
+    const std::tuple<double, double, double> settings[] = {
+        {-24.0, 4.0, 0.0}, {-24.0, 4.0, 12.0}, {-40.0, 20.0, 6.0}, {-10.0, 1.0, 24.0}};
+    for (const auto& [dThreshold_dB, dRatio, dKnee_dB] : settings) {
         for (double dInput_dB = -60.0; dInput_dB <= 0.0; dInput_dB += 3.0) {
             CExamplePlugIn plugIn("Compressor");
-            plugIn.set(THRESHOLD, setting.dThreshold_dB);
-            plugIn.set(RATIO, setting.dRatio);
-            plugIn.set(KNEE, setting.dKnee_dB);
+            plugIn.set(THRESHOLD, dThreshold_dB);
+            plugIn.set(RATIO, dRatio);
+            plugIn.set(KNEE, dKnee_dB);
             plugIn.set(ATTACK, 1.0);
             plugIn.prepare(48000);
             const auto output = plugIn.process(bothChannels(square(fromDecibels(dInput_dB), 4800)));
-            const double dExpected_dB =
-                curve(dInput_dB, setting.dThreshold_dB, setting.dRatio, setting.dKnee_dB);
+            const double dExpected_dB = curve(dInput_dB, dThreshold_dB, dRatio, dKnee_dB);
             EXPECT_NEAR(decibels(std::abs(output.back())), dExpected_dB, 0.001)
-                << dInput_dB << " dB into " << setting.dRatio << ":1, knee " << setting.dKnee_dB;
+                << dInput_dB << " dB into " << dRatio << ":1, knee " << dKnee_dB;
             EXPECT_NEAR(plugIn.meter(REDUCTION_METER), std::min(1.0, (dInput_dB - dExpected_dB) / 24.0),
                         1e-3);
             EXPECT_NEAR(plugIn.meter(LEVEL_METER), 1.0 + dInput_dB / 60.0, 1e-3);

@@ -6,7 +6,6 @@
 #include <set>
 
 namespace velmora::test {
-
 namespace {
 
 // Whether the panel has a slot of that control type with that id.

@@ -8,7 +8,6 @@
 #include <stdexcept>
 
 namespace velmora::test {
-
 namespace {
 
 double startValue(const CUICtrl& control)
@@ -56,10 +55,12 @@ CExamplePlugIn::CExamplePlugIn(const std::string& sName)
         if (pControl->uControlType != FILTER_CONTROL_LED_METER)
             writeVariable(*pControl, startValue(*pControl));
     m_pPlugIn->init();
+    m_filter.attachPlugIn(m_pPlugIn);
 }
 
 CExamplePlugIn::~CExamplePlugIn()
 {
+    m_filter.detachPlugIn();
     delete m_pPlugIn;
     ::dlclose(m_hLibrary);
 }
@@ -109,10 +110,9 @@ void CExamplePlugIn::prepare(int nRate, UINT uInputChannels, UINT uOutputChannel
 {
     m_uInputChannels = uInputChannels;
     m_uOutputChannels = uOutputChannels;
-    m_pPlugIn->m_nNumWAVEChannels = static_cast<int>(uOutputChannels);
-    m_pPlugIn->m_nSampleRate = nRate;
-    m_pPlugIn->m_nBitDepth = 16;
-    m_pPlugIn->prepareForPlay();
+    m_filter.m_nChannels = static_cast<int>(uOutputChannels);
+    m_filter.m_nSampleRate = nRate;
+    m_filter.prepareForPlay();
 }
 
 std::vector<float> CExamplePlugIn::process(const std::vector<float>& input,
@@ -140,59 +140,9 @@ std::vector<float> CExamplePlugIn::processSilence(size_t uFrames)
 void CExamplePlugIn::processBlock(float* pInput, float* pOutput, UINT uFrames, float* pSidechain,
                                   bool bSidechainEnabled)
 {
-    auxInputData aux = {};
-    aux.uInputBus = 1;
-    aux.pBufferPtr = pSidechain;
-    aux.uNumChannels = 1;
-    aux.bInputEnabled = bSidechainEnabled;
-    auxInputData* pAux = pSidechain ? &aux : nullptr;
-
-    if (m_pPlugIn->m_bWantChannelBuffers) {
-        processPlanes(pInput, pOutput, uFrames, pAux);
-    } else if (m_pPlugIn->m_bWantBuffers) {
-        aux.uBufferSize = uFrames;
-        if (pAux)
-            m_pPlugIn->processAuxInputBus(pAux);
-        m_pPlugIn->processSocketAudioBuffer(pInput, pOutput, m_uInputChannels, m_uOutputChannels,
-                                            uFrames * m_uInputChannels);
-    } else {
-        processFrames(pInput, pOutput, uFrames, pAux);
-    }
-}
-
-void CExamplePlugIn::processPlanes(float* pInput, float* pOutput, UINT uFrames, auxInputData* pAux)
-{
-    float* inputs[] = {m_planes[0], m_planes[1]};
-    float* outputs[] = {m_planes[2], m_planes[3]};
-    float* sides[] = {pAux ? pAux->pBufferPtr : nullptr, pAux ? pAux->pBufferPtr : nullptr};
-    for (UINT n = 0; n < uFrames; ++n)
-        for (UINT c = 0; c < m_uInputChannels; ++c)
-            inputs[c][n] = pInput[n * m_uInputChannels + c];
-    if (pAux) {
-        pAux->pBufferPtr = nullptr;
-        pAux->ppChannelBuffers = sides;
-        m_pPlugIn->processAuxInputBus(pAux);
-    }
-    m_pPlugIn->processChannelBuffers(inputs, outputs, m_uInputChannels, uFrames);
-    for (UINT n = 0; n < uFrames; ++n)
-        for (UINT c = 0; c < m_uOutputChannels; ++c)
-            pOutput[n * m_uOutputChannels + c] = outputs[std::min(c, m_uInputChannels - 1)][n];
-}
-
-void CExamplePlugIn::processFrames(float* pInput, float* pOutput, UINT uFrames, auxInputData* pAux)
-{
-    float* pSidechain = pAux ? pAux->pBufferPtr : nullptr;
-    for (UINT n = 0; n < uFrames; ++n) {
-        if (pAux) {
-            float frame[2] = {pSidechain[n], 0.0F};
-            pAux->pBufferPtr = nullptr;
-            pAux->pFramePtr = frame;
-            m_pPlugIn->processAuxInputBus(pAux);
-        }
-        m_pPlugIn->processAudioFrame(pInput + static_cast<size_t>(n) * m_uInputChannels,
-                                     pOutput + static_cast<size_t>(n) * m_uOutputChannels, m_uInputChannels,
-                                     m_uOutputChannels);
-    }
+    const UINT uMode = m_uInputChannels == 2 ? 2 : m_uOutputChannels - 1;
+    m_filter.processUserBuffer(pInput, pOutput, uMode, m_uOutputChannels, uFrames * m_uInputChannels,
+                               uFrames * m_uOutputChannels, pSidechain, 1, bSidechainEnabled);
 }
 
 std::vector<float> channelOf(const std::vector<float>& stereo, size_t uChannel)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/user_dsp_filter.h"
 #include "plugin.h"
 
 #include <memory>
@@ -61,15 +62,12 @@ class CExamplePlugIn
     static constexpr UINT BLOCK = 512;
 
   private:
-    void processPlanes(float* pInput, float* pOutput, UINT uFrames, auxInputData* pAux);
-    void processFrames(float* pInput, float* pOutput, UINT uFrames, auxInputData* pAux);
-
     void* m_hLibrary = nullptr;
     createObjectFunction m_pCreateObject = nullptr;
     CPlugIn* m_pPlugIn = nullptr;
     UINT m_uInputChannels = 2;
     UINT m_uOutputChannels = 2;
-    float m_planes[4][BLOCK] = {};
+    CUserDSPFilter m_filter;
 };
 
 // Every second sample of interleaved stereo, from channel 0 or 1 on.

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 namespace velmora::test {
-
 namespace {
 
 enum
@@ -16,20 +15,6 @@ enum
 };
 
 } // namespace
-
-TEST(Gain, isExactOnceItHasSettled)
-{
-    for (int nRate : {44100, 96000}) {
-        for (double dGain_dB : {-60.0, -6.0, 0.0, 12.0, 24.0}) {
-            CExamplePlugIn plugIn("Gain");
-            plugIn.prepare(nRate);
-            plugIn.set(GAIN, dGain_dB);
-            const auto output = plugIn.process(std::vector<float>(static_cast<size_t>(nRate), 0.05f));
-            const double dExpected = 0.05 * std::pow(10.0, dGain_dB / 20.0);
-            EXPECT_NEAR(output.back() / dExpected, 1.0, 1e-6) << dGain_dB << " dB at " << nRate << " Hz";
-        }
-    }
-}
 
 TEST(Gain, glidesAndMutesToExactSilence)
 {
@@ -48,7 +33,8 @@ TEST(Gain, glidesAndMutesToExactSilence)
     EXPECT_NEAR(output[881], std::exp(-1.0), 0.001) << "after one time constant";
 
     plugIn.set(MUTE, 0.0);
-    EXPECT_EQ(plugIn.process(input).back(), 1.0f);
+    plugIn.set(GAIN, -6.0);
+    EXPECT_NEAR(plugIn.process(input).back(), std::pow(10.0, -6.0 / 20.0), 1e-6);
 }
 
 TEST(Gain, metersShowEachChannelInDecibels)

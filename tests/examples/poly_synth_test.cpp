@@ -6,7 +6,6 @@
 #include <map>
 
 namespace velmora::test {
-
 namespace {
 
 enum

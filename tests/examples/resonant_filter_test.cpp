@@ -2,9 +2,9 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace velmora::test {
-
 namespace {
 
 enum
@@ -36,33 +36,22 @@ double gainAt(CExamplePlugIn& plugIn, double dHz, int nRate)
 TEST(ResonantFilter, hasTheResponseOfItsModeAtEveryRate)
 {
     const double dQ = 5.0;
-    const struct
-    {
-        int nMode;
-        double dHz;
-        double dExpected_dB;
-        double dTolerance_dB;
-    } rows[] = {
+    const std::tuple<int, double, double, double> rows[] = {
         {LP, 2000.0, decibels(dQ), 0.05}, {LP, 60.0, 0.0, 0.05},   {LP, 200.0, 0.1, 0.1},
         {HP, 2000.0, decibels(dQ), 0.05}, {HP, 200.0, -40.0, 0.3}, {HP, 20.0, -80.0, 0.6},
         {BP, 2000.0, 0.0, 0.05},          {BP, 200.0, -33.9, 0.3}, {Notch, 60.0, 0.0, 0.05},
-        {HP, 16000.0, 0.1, 0.2},
+        {Notch, 2000.0, -170.0, 90.0},    {HP, 16000.0, 0.1, 0.2},
     };
     for (int nRate : {44100, 48000, 96000}) {
-        for (const auto& row : rows) {
+        for (const auto& [nMode, dHz, dExpected_dB, dTolerance_dB] : rows) {
             CExamplePlugIn plugIn("ResonantFilter");
             plugIn.set(CUTOFF, 2000.0);
             plugIn.set(RESONANCE, dQ);
-            plugIn.set(MODE, row.nMode);
+            plugIn.set(MODE, nMode);
             plugIn.prepare(nRate);
-            EXPECT_NEAR(gainAt(plugIn, row.dHz, nRate), row.dExpected_dB, row.dTolerance_dB)
-                << "mode " << row.nMode << ", " << row.dHz << " Hz at " << nRate;
+            EXPECT_NEAR(gainAt(plugIn, dHz, nRate), dExpected_dB, dTolerance_dB)
+                << "mode " << nMode << ", " << dHz << " Hz at " << nRate;
         }
-        CExamplePlugIn notch("ResonantFilter");
-        notch.set(CUTOFF, 2000.0);
-        notch.set(MODE, Notch);
-        notch.prepare(nRate);
-        EXPECT_LT(gainAt(notch, 2000.0, nRate), -80.0);
     }
 }
 

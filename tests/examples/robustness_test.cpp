@@ -6,7 +6,6 @@
 #include <random>
 
 namespace velmora::test {
-
 namespace {
 
 std::vector<UINT> settableIds(const CExamplePlugIn& plugIn)

@@ -2,9 +2,9 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace velmora::test {
-
 namespace {
 
 enum
@@ -86,13 +86,9 @@ TEST(StereoDelay, glidesToANewTimeAndArrives)
 
 TEST(StereoDelay, sidechainLowersTheEchoesByWhatIsAboveTheThreshold)
 {
-    const struct
-    {
-        double dSidechain_dB;
-        bool bEnabled;
-        double dExpected_dB;
-    } rows[] = {{-10.0, true, -10.0}, {-25.0, true, 0.0}, {0.0, true, -15.0}, {-10.0, false, 0.0}};
-    for (const auto& row : rows) {
+    const std::tuple<double, bool, double> rows[] = {
+        {-10.0, true, -10.0}, {-25.0, true, 0.0}, {0.0, true, -15.0}, {-10.0, false, 0.0}};
+    for (const auto& [dSidechain_dB, bEnabled, dExpected_dB] : rows) {
         CExamplePlugIn plugIn("StereoDelay");
         plugIn.set(LEFT_TIME, 10.0);
         plugIn.set(RIGHT_TIME, 10.0);
@@ -103,11 +99,10 @@ TEST(StereoDelay, sidechainLowersTheEchoesByWhatIsAboveTheThreshold)
         plugIn.set(DUCK_RELEASE, 100.0);
         plugIn.prepare(48000);
         const std::vector<float> input(2 * 24000, 0.5f);
-        const std::vector<float> sidechain(24000,
-                                           static_cast<float>(std::pow(10.0, row.dSidechain_dB / 20.0)));
-        const auto output = plugIn.process(input, sidechain, 64, row.bEnabled);
-        EXPECT_NEAR(decibels(output.back() / 0.5), row.dExpected_dB, 0.01) << row.dSidechain_dB;
-        EXPECT_NEAR(plugIn.meter(DUCK_METER), -row.dExpected_dB / 40.0, 0.001);
+        const std::vector<float> sidechain(24000, static_cast<float>(std::pow(10.0, dSidechain_dB / 20.0)));
+        const auto output = plugIn.process(input, sidechain, 64, bEnabled);
+        EXPECT_NEAR(decibels(output.back() / 0.5), dExpected_dB, 0.01) << dSidechain_dB;
+        EXPECT_NEAR(plugIn.meter(DUCK_METER), -dExpected_dB / 40.0, 0.001);
 
         const auto after = plugIn.process(std::vector<float>(2 * 96000, 0.5f));
         EXPECT_EQ(after.back(), 0.5f) << "without a sidechain the echoes come back";

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <tuple>
 
 namespace velmora {
-
 namespace {
 
 constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
@@ -42,15 +42,7 @@ TEST(ControlLaw, FastFunctionsStayWithinTheirErrors)
 
 TEST(ControlLaw, PositionGivesCookedValue)
 {
-    struct CCase
-    {
-        const char* m_pName;
-        CControlLaw m_law;
-        double m_dNormalized;
-        double m_dExpected;
-        double m_dTolerance;
-    };
-    const CCase cases[] = {
+    const std::tuple<const char*, CControlLaw, double, double, double> cases[] = {
         {"linear", law(-60, 12, floatData), 0.25, -42.0, 0.0},
         {"linear, falling", law(10, 0, doubleData), 0.25, 7.5, 0.0},
         {"logarithmic", law(0, 100, floatData, logarithmic), 0.5, 74.0363, 1e-4},
@@ -67,9 +59,8 @@ TEST(ControlLaw, PositionGivesCookedValue)
         {"a list overrules the curve", law(0, 100, UINTData, logarithmic, 4), 0.5, 2.0, 0.0},
         {"no list: not rounded", law(0, 5, UINTData), 0.25, 1.25, 0.0},
     };
-    for (const CCase& test : cases)
-        EXPECT_NEAR(cookedFromNormalized(test.m_law, test.m_dNormalized), test.m_dExpected, test.m_dTolerance)
-            << test.m_pName;
+    for (const auto& [pName, law, dNormalized, dExpected, dTolerance] : cases)
+        EXPECT_NEAR(cookedFromNormalized(law, dNormalized), dExpected, dTolerance) << pName;
     EXPECT_NE(cookedFromNormalized(law(20, 20480, floatData, exponential), 0.5), 640.0);
     EXPECT_NE(std::fmod(cookedFromNormalized(law(20, 20480, intData, exponential), 0.3), 1.0), 0.0);
 }
@@ -87,15 +78,7 @@ TEST(ControlLaw, EnumeratedListSharesTheTravel)
 
 TEST(ControlLaw, CookedValueGivesPosition)
 {
-    struct CCase
-    {
-        const char* m_pName;
-        CControlLaw m_law;
-        double m_dCooked;
-        double m_dExpected;
-        double m_dTolerance;
-    };
-    const CCase cases[] = {
+    const std::tuple<const char*, CControlLaw, double, double, double> cases[] = {
         {"linear", law(-60, 12, floatData), -42.0, 0.25, 0.0},
         {"beyond the range", law(0, 10, floatData), 15.0, 1.5, 0.0},
         {"logarithmic", law(0, 100, floatData, logarithmic), 74.0363, 0.5, 1e-6},
@@ -104,9 +87,8 @@ TEST(ControlLaw, CookedValueGivesPosition)
         {"both, one after the other", law(0, 5000, floatData, both), 0.5, (std::sqrt(10.0) - 1) / 9, 1e-12},
         {"a list goes by its index", law(0, 4, UINTData, exponential, 5), 2.0, 0.5, 0.0},
     };
-    for (const CCase& test : cases)
-        EXPECT_NEAR(normalizedFromCooked(test.m_law, test.m_dCooked), test.m_dExpected, test.m_dTolerance)
-            << test.m_pName;
+    for (const auto& [pName, law, dCooked, dExpected, dTolerance] : cases)
+        EXPECT_NEAR(normalizedFromCooked(law, dCooked), dExpected, dTolerance) << pName;
     EXPECT_EQ(positionFromNormalized(0.9999), 255);
     EXPECT_EQ(positionFromNormalized(-0.9999), -255);
 }
@@ -149,13 +131,7 @@ TEST(ControlLaw, NumbersOutOfRangeAreHeldToTheType)
 
 TEST(ControlLaw, ValueText)
 {
-    struct CCase
-    {
-        UINT m_uDataType;
-        double m_dCooked;
-        const char* m_pExpected;
-    };
-    const CCase cases[] = {
+    const std::tuple<UINT, double, const char*> cases[] = {
         {intData, -7.0, "-7"},
         {UINTData, 4294967295.0, "4294967295"},
         {doubleData, 0.12345, "0.123"},
@@ -171,8 +147,8 @@ TEST(ControlLaw, ValueText)
         {floatData, 1e12, "1000000000000"},
         {4, 1.0, ""},
     };
-    for (const CCase& test : cases)
-        EXPECT_EQ(valueText(test.m_uDataType, test.m_dCooked), test.m_pExpected);
+    for (const auto& [uDataType, dCooked, pExpected] : cases)
+        EXPECT_EQ(valueText(uDataType, dCooked), pExpected);
 }
 
 TEST(ControlLaw, TypedTextIsLimitedToTheRange)
@@ -205,5 +181,4 @@ TEST(ControlLaw, TypedTextIsLimitedToTheRange)
 }
 
 } // namespace
-
 } // namespace velmora

@@ -4,7 +4,6 @@
 #include <limits>
 
 namespace velmora {
-
 namespace {
 
 // Variables of all types with a record that is bound to the one of its type.
@@ -144,19 +143,6 @@ TEST(DSPFilterControl, MovesByPositionValueAndText)
     EXPECT_EQ(bound.m_fVariable, -42.0F);
 }
 
-TEST(DSPFilterControl, WholeNumberTypesRoundOrTruncate)
-{
-    CBoundRecord whole(intData, 0.0F, 10.0F, 0.0F);
-    CBoundRecord unsignedWhole(UINTData, 0.0F, 10.0F, 0.0F);
-    CDSPFilterControl control;
-    control.bindTo(whole.m_record);
-    control.setPosition(200); // 7.8
-    EXPECT_EQ(whole.m_nVariable, 8);
-    control.bindTo(unsignedWhole.m_record);
-    control.setPosition(200);
-    EXPECT_EQ(unsignedWhole.m_uVariable, 7U);
-}
-
 TEST(DSPFilterControl, MeterIsRawOrSmoothed)
 {
     float fMeter = 0.0F;
@@ -192,5 +178,4 @@ TEST(DSPFilterControl, MeterIsRawOrSmoothed)
 }
 
 } // namespace
-
 } // namespace velmora

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 namespace velmora {
-
 namespace {
 
 TEST(DSPFilterVariable, ComesBackFromAnArchive)
@@ -30,13 +29,12 @@ TEST(DSPFilterVariable, ComesBackFromAnArchive)
     }
     CArchive loading(bytes);
     loaded.Serialize(loading);
-    EXPECT_EQ(loaded.m_sName, "fc");
-    EXPECT_EQ(loaded.m_cByte, 200);
-    EXPECT_EQ(loaded.m_uWord0, 1U);
-    EXPECT_EQ(loaded.m_uWord1, 0xFFFFFFFE);
+    std::string sAgain;
+    CArchive storingAgain(sAgain);
+    loaded.Serialize(storingAgain);
+    EXPECT_EQ(sAgain, sStore);
     EXPECT_EQ(loaded.m_uMax, 400U);
 }
 
 } // namespace
-
 } // namespace velmora

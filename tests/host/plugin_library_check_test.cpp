@@ -2,34 +2,61 @@
 #include "host/plugin_library_check.h"
 #include "support/test_support.h"
 
+#include <cstring>
+#include <elf.h>
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace velmora {
 namespace {
 
-std::string faultOf(const std::filesystem::path& path)
+using testing::HasSubstr;
+
+class PlugInLibraryCheck : public testing::Test
 {
-    const CDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    return faultOfLibraryFile(file.get());
+  protected:
+    [[nodiscard]] std::string faultOf(const std::string& sContents) const
+    {
+        test::writeFile(m_folder / "library.so", sContents);
+        const CDescriptor file(::open((m_folder / "library.so").c_str(), O_RDONLY | O_CLOEXEC));
+        return faultOfLibraryFile(file.get());
+    }
+
+    test::CTemporaryFolder m_folder;
+    const std::string m_sWhole = test::readFile(std::filesystem::path(PLUGIN_TEST_FOLDER) / "changeling.so");
+};
+
+TEST_F(PlugInLibraryCheck, FindsALibraryCutShortAnywhere)
+{
+    EXPECT_EQ(faultOf(m_sWhole), "");
+    EXPECT_THAT(faultOf(std::string(5000, 'x')), HasSubstr("ELF signature"));
+    for (const std::size_t uSize :
+         {std::size_t{0}, std::size_t{1}, std::size_t{4}, sizeof(Elf64_Ehdr) - 1, sizeof(Elf64_Ehdr),
+          std::size_t{4096}, m_sWhole.size() / 2, m_sWhole.size() - 1})
+        EXPECT_THAT(faultOf(m_sWhole.substr(0, uSize)), HasSubstr(uSize == 0        ? "empty"
+                                                                  : uSize < SELFMAG ? "ELF signature"
+                                                                                    : "is cut short"))
+            << uSize;
 }
 
-TEST(PlugInLibraryCheckTest, HeadersTellWhetherTheFileIsWhole)
+TEST_F(PlugInLibraryCheck, FindsHeadersThatCannotBe)
 {
-    const test::CTemporaryFolder folder;
-    const std::string sWhole = test::readFile(std::filesystem::path(PLUGIN_TEST_FOLDER) / "changeling.so");
-    ASSERT_GT(sWhole.size(), 4096U);
-    test::writeFile(folder / "whole.so", sWhole);
-    EXPECT_EQ(faultOf(folder / "whole.so"), "");
-
-    for (const std::size_t uLength : {std::size_t{0}, std::size_t{3}, std::size_t{63}, std::size_t{64},
-                                      std::size_t{2000}, sWhole.size() / 2, sWhole.size() - 1}) {
-        test::writeFile(folder / "cut.so", sWhole.substr(0, uLength));
-        EXPECT_NE(faultOf(folder / "cut.so"), "") << uLength << " bytes";
+    const std::pair<void (*)(Elf64_Ehdr&), const char*> cases[] = {
+        {[](Elf64_Ehdr& header) { header.e_phoff = UINT64_MAX - 8; }, "is cut short"},
+        {[](Elf64_Ehdr& header) { header.e_shoff = UINT64_MAX - 8; }, "is cut short"},
+        {[](Elf64_Ehdr& header) { header.e_phnum = 0xffff; }, "is "},
+        {[](Elf64_Ehdr& header) { header.e_phentsize = 1; }, "program headers cannot be read"},
+        {[](Elf64_Ehdr& header) { header.e_ident[EI_CLASS] = ELFCLASS32; }, "another kind of processor"},
+    };
+    for (const auto& [spoil, pReason] : cases) {
+        Elf64_Ehdr header;
+        std::memcpy(&header, m_sWhole.data(), sizeof header);
+        spoil(header);
+        std::string sSpoiled = m_sWhole;
+        std::memcpy(sSpoiled.data(), &header, sizeof header);
+        EXPECT_THAT(faultOf(sSpoiled), HasSubstr(pReason));
     }
-    test::writeFile(folder / "text.so", std::string(5000, 'x'));
-    EXPECT_NE(faultOf(folder / "text.so"), "");
-    EXPECT_NE(faultOf(folder.path()), "") << "a folder";
 }
 
 } // namespace

@@ -48,11 +48,5 @@ TEST(PlugInProbeProcessTest, ASignalAndASilenceAreToldApart)
     EXPECT_FALSE(silent.ending());
 }
 
-TEST(PlugInProbeProcessTest, AProgramThatIsNotThereIsAnError)
-{
-    const CPlugInProbeProcess process("/no/such/program", {});
-    EXPECT_NE(process.startError(), "");
-}
-
 } // namespace
 } // namespace velmora

@@ -12,7 +12,6 @@
 #include <thread>
 
 namespace velmora {
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -226,5 +225,4 @@ TEST(ProbeProtocol, RefusesWhatIsNoMessage)
 }
 
 } // namespace
-
 } // namespace velmora

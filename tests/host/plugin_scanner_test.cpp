@@ -10,7 +10,6 @@
 #include <map>
 
 namespace velmora {
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -138,5 +137,4 @@ TEST_F(PlugInScanner, FindsEveryGoodOneAmongHundred)
 }
 
 } // namespace
-
 } // namespace velmora

@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 namespace velmora::test {
-
 namespace {
 
 namespace fs = std::filesystem;

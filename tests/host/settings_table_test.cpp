@@ -6,7 +6,6 @@
 #include <set>
 
 namespace velmora {
-
 namespace {
 
 TEST(SettingsTable, LinesAreInOrderAndNamesUnique)
@@ -24,13 +23,6 @@ TEST(SettingsTable, LinesAreInOrderAndNamesUnique)
     EXPECT_EQ(settingLine("m_sNoSuchSetting"), 0);
 }
 
-TEST(SettingsTable, PathsLieBelowTheUserFolder)
-{
-    const CSettingRow& row = settingsTable()[64];
-    EXPECT_EQ(settingDefault(row, "/home/me/Velmora"), "/home/me/Velmora/VST Templates/VST3");
-    EXPECT_EQ(settingDefault(row, ""), "VST Templates/VST3");
-}
-
 TEST(SettingsTable, DocumentationIsUpToDate)
 {
     if (std::getenv("VELMORA_UPDATE_DOCS"))
@@ -40,5 +32,4 @@ TEST(SettingsTable, DocumentationIsUpToDate)
 }
 
 } // namespace
-
 } // namespace velmora

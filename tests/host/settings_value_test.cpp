@@ -1,9 +1,9 @@
 #include "host/settings_value.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace velmora {
-
 namespace {
 
 using enum ESettingType;
@@ -45,13 +45,7 @@ TEST(SettingsValue, ReadsLeniently)
 
 TEST(SettingsValue, JudgesEnteredTextStrictly)
 {
-    struct CCase
-    {
-        ESettingType m_eType;
-        std::string m_sText;
-        bool m_bTaken;
-    };
-    const CCase cases[] = {
+    const std::tuple<ESettingType, std::string, bool> cases[] = {
         {Unsigned, "4294967295", true},
         {Unsigned, "4294967296", false},
         {Unsigned, "-1", false},
@@ -70,10 +64,9 @@ TEST(SettingsValue, JudgesEnteredTextStrictly)
         {String, std::string(8192, 'x'), true},
         {String, std::string(8193, 'x'), false},
     };
-    for (const CCase& test : cases)
-        EXPECT_EQ(whatSettingTakes(test.m_eType, test.m_sText).empty(), test.m_bTaken) << test.m_sText;
+    for (const auto& [eType, sText, bTaken] : cases)
+        EXPECT_EQ(whatSettingTakes(eType, sText).empty(), bTaken) << sText;
 }
 
 } // namespace
-
 } // namespace velmora

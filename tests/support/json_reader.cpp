@@ -1,216 +1,101 @@
 #include "support/json_reader.h"
 
-#include "base/text.h"
-
-#include <cctype>
+#include <nlohmann/json.hpp>
+#include <set>
 #include <stdexcept>
 
 namespace velmora::test {
-
 namespace {
 
-class CJsonParser
+using nlohmann::json;
+
+// As the library reads it, but without its leniency towards a key that comes twice.
+json parsedStrictly(std::string_view sText)
 {
-  public:
-    explicit CJsonParser(std::string_view sText) : m_sText(sText) {}
-
-    CJsonValue parse()
-    {
-        CJsonValue value = parseValue();
-        skipBlanks();
-        if (!m_sText.empty())
-            fail("more than one value");
-        return value;
-    }
-
-  private:
-    [[noreturn]] void fail(const std::string& sWhy) const
-    {
-        throw std::runtime_error("no JSON: " + sWhy + " before \"" + std::string(m_sText.substr(0, 20)) +
-                                 "\"");
-    }
-
-    void skipBlanks()
-    {
-        while (!m_sText.empty() && std::string_view(" \t\r\n").find(m_sText[0]) != std::string_view::npos)
-            m_sText.remove_prefix(1);
-    }
-
-    bool take(std::string_view sToken)
-    {
-        if (!m_sText.starts_with(sToken))
-            return false;
-        m_sText.remove_prefix(sToken.size());
+    std::vector<std::set<std::string>> keys;
+    return json::parse(sText, [&keys](int, json::parse_event_t eEvent, const json& value) {
+        if (eEvent == json::parse_event_t::object_start)
+            keys.emplace_back();
+        else if (eEvent == json::parse_event_t::object_end)
+            keys.pop_back();
+        else if (eEvent == json::parse_event_t::key && !keys.back().insert(value.get<std::string>()).second)
+            throw std::runtime_error("the key " + value.get<std::string>() + " twice");
         return true;
+    });
+}
+
+CJsonValue converted(const json& value)
+{
+    using enum CJsonValue::EKind;
+    CJsonValue made;
+    if (value.is_boolean()) {
+        made.m_eKind = boolean;
+        made.m_bValue = value.get<bool>();
+    } else if (value.is_number()) {
+        made.m_eKind = number;
+        made.m_dNumber = value.get<double>();
+    } else if (value.is_string()) {
+        made.m_eKind = text;
+        made.m_sText = value.get<std::string>();
+    } else if (value.is_array()) {
+        made.m_eKind = array;
+        for (const json& element : value)
+            made.m_elements.push_back(converted(element));
+    } else if (value.is_object()) {
+        made.m_eKind = object;
+        for (const auto& [sName, member] : value.items())
+            made.m_members.emplace(sName, converted(member));
     }
+    return made;
+}
 
-    void expect(std::string_view sToken)
-    {
-        skipBlanks();
-        if (!take(sToken))
-            fail("expected " + std::string(sToken));
-    }
-
-    CJsonValue parseValue()
-    {
-        using enum CJsonValue::EKind;
-        CJsonValue value;
-        skipBlanks();
-        if (take("null"))
-            return value;
-        if (take("{"))
-            return parseObject();
-        if (take("["))
-            return parseArray();
-        if (m_sText.starts_with('"')) {
-            value.m_eKind = text;
-            value.m_sText = parseText();
-        } else if (m_sText.starts_with('t') || m_sText.starts_with('f')) {
-            value.m_eKind = boolean;
-            value.m_bValue = take("true");
-            if (!value.m_bValue)
-                expect("false");
-        } else {
-            value.m_eKind = number;
-            value.m_dNumber = parseNumberToken();
-        }
-        return value;
-    }
-
-    CJsonValue parseObject()
-    {
-        CJsonValue value;
-        value.m_eKind = CJsonValue::EKind::object;
-        skipBlanks();
-        if (take("}"))
-            return value;
-        do {
-            skipBlanks();
-            const std::string sKey = parseText();
-            expect(":");
-            if (!value.m_members.emplace(sKey, parseValue()).second)
-                fail("the key " + sKey + " twice");
-            skipBlanks();
-        } while (take(","));
-        expect("}");
-        return value;
-    }
-
-    CJsonValue parseArray()
-    {
-        CJsonValue value;
-        value.m_eKind = CJsonValue::EKind::array;
-        skipBlanks();
-        if (take("]"))
-            return value;
-        do {
-            value.m_elements.push_back(parseValue());
-            skipBlanks();
-        } while (take(","));
-        expect("]");
-        return value;
-    }
-
-    std::string parseText()
-    {
-        expect("\"");
-        std::string sValue;
-        while (!m_sText.empty() && m_sText[0] != '"') {
-            const char c = m_sText[0];
-            if (static_cast<unsigned char>(c) < 0x20)
-                fail("a control character in a text");
-            m_sText.remove_prefix(1);
-            if (c == '\\')
-                appendEscape(sValue);
-            else
-                sValue += c;
-        }
-        expect("\"");
-        return sValue;
-    }
-
-    void appendEscape(std::string& sValue)
-    {
-        constexpr std::string_view LETTERS = "\"\\/bfnrt";
-        constexpr std::string_view MEANINGS = "\"\\/\b\f\n\r\t";
-        if (m_sText.empty())
-            fail("an escape at the end");
-        const auto uLetter = LETTERS.find(m_sText[0]);
-        if (uLetter != std::string_view::npos) {
-            sValue += MEANINGS[uLetter];
-            m_sText.remove_prefix(1);
-            return;
-        }
-        expect("u00"); // nothing beyond is ever escaped
-        if (m_sText.size() < 2 || !std::isxdigit(static_cast<unsigned char>(m_sText[0])) ||
-            !std::isxdigit(static_cast<unsigned char>(m_sText[1])))
-            fail("a bad escape");
-        sValue += static_cast<char>(std::stoi(std::string(m_sText.substr(0, 2)), nullptr, 16));
-        m_sText.remove_prefix(2);
-    }
-
-    double parseNumberToken()
-    {
-        const std::string_view sToken = m_sText.substr(0, m_sText.find_first_not_of("+-.0123456789eE"));
-        const auto value = parseNumber(sToken);
-        const bool bBegins =
-            !sToken.empty() && (sToken[0] == '-' || std::isdigit(static_cast<unsigned char>(sToken[0])));
-        if (!bBegins || !value)
-            fail("a bad number");
-        m_sText.remove_prefix(sToken.size());
-        return *value;
-    }
-
-    std::string_view m_sText;
-};
-
-void require(bool bTrue, const char* pWhat)
+template <typename T>
+const T& require(bool bTrue, const T& value, const std::string& sWhat)
 {
     if (!bTrue)
-        throw std::runtime_error(std::string("JSON value: ") + pWhat);
+        throw std::runtime_error("JSON value: " + sWhat);
+    return value;
 }
 
 } // namespace
 
 CJsonValue CJsonValue::parse(std::string_view sText)
 {
-    return CJsonParser(sText).parse();
+    try {
+        return converted(parsedStrictly(sText));
+    } catch (const json::exception& error) {
+        throw std::runtime_error(error.what());
+    }
 }
 
 bool CJsonValue::boolean() const
 {
-    require(m_eKind == EKind::boolean, "not a boolean");
-    return m_bValue;
+    return require(m_eKind == EKind::boolean, m_bValue, "not a boolean");
 }
 
 double CJsonValue::number() const
 {
-    require(m_eKind == EKind::number, "not a number");
-    return m_dNumber;
+    return require(m_eKind == EKind::number, m_dNumber, "not a number");
 }
 
 const std::string& CJsonValue::text() const
 {
-    require(m_eKind == EKind::text, "not a text");
-    return m_sText;
+    return require(m_eKind == EKind::text, m_sText, "not a text");
 }
 
 const CJsonValue& CJsonValue::operator[](const std::string& sMember) const
 {
-    require(m_members.contains(sMember), ("no member " + sMember).c_str());
-    return m_members.at(sMember);
+    return require(m_members.contains(sMember), m_members, "no member " + sMember).at(sMember);
 }
 
 const CJsonValue& CJsonValue::operator[](std::size_t uElement) const
 {
-    require(uElement < m_elements.size(), "no such element");
-    return m_elements[uElement];
+    return require(uElement < m_elements.size(), m_elements, "no such element")[uElement];
 }
 
 const std::vector<CJsonValue>& CJsonValue::elements() const
 {
-    require(m_eKind == EKind::array, "not an array");
-    return m_elements;
+    return require(m_eKind == EKind::array, m_elements, "not an array");
 }
 
 std::vector<std::string> CJsonValue::members() const

@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 namespace velmora::test {
-
 namespace {
 
 constexpr std::chrono::minutes DEADLINE{2};
