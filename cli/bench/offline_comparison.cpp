@@ -2,6 +2,7 @@
 
 #include "audio/offline_processing.h"
 #include "audio/sound_file.h"
+#include "base/safe_file.h"
 #include "cli/bench/bench_figure.h"
 #include "cli/bench/silent_dialogs.h"
 
@@ -144,12 +145,14 @@ COfflineComparison::COfflineComparison(std::filesystem::path folder, double dSec
     writeNoise(m_inFile, dSeconds);
 }
 
+// The same reading and the same writing, flushed and renamed at the end, so that what differs is the host.
 void COfflineComparison::processBare(const CBenchPath& path, CPlugIn& plugIn) const
 {
+    CSafeFile unfinished(m_outFile);
     CSoundFile in;
     CSoundFile out;
     std::string sError;
-    if (!in.openForReading(m_inFile, sError) || !out.openForWriting(m_outFile, in.info(), sError))
+    if (!in.openForReading(m_inFile, sError) || !out.openForWriting(unfinished.path(), in.info(), sError))
         throw std::runtime_error(sError);
     std::vector<float> input(BENCH_BLOCK_ITEMS);
     std::vector<float> output(BENCH_BLOCK_ITEMS);
@@ -158,7 +161,8 @@ void COfflineComparison::processBare(const CBenchPath& path, CPlugIn& plugIn) co
         path.m_pCall(plugIn, input.data(), output.data(), static_cast<UINT>(nItems));
         out.writeFloats(output.data(), nItems);
     }
-    out.close();
+    if (!out.close() || !unfinished.commit())
+        throw std::runtime_error("The disk is too full for the benchmark's audio files.");
 }
 
 CComparison COfflineComparison::compare(const CBenchPath& path, int nRounds,

@@ -15,7 +15,7 @@ struct CSegmentedSteps
 };
 
 // Each moves one envelope for each channel, 0..1, over whole segments of the frames and answers how many
-// frames those were; the rest, fewer than 16, is left to the caller. A sample that is not a number counts
+// frames those were; the rest, fewer than 32, is left to the caller. A sample that is not a number counts
 // as silence. They differ only in speed and rounding. [audio]
 int followSegmentsPortable(const CSegmentedSteps& steps, const float* pSamples, int nFrames,
                            float* pEnvelopes);

@@ -14,7 +14,7 @@ namespace {
 
 // A lane is one segment of one channel.
 constexpr int VECTOR_LANES = VELMORA_VECTOR_FLOATS;
-constexpr int VECTORS = 2;
+constexpr int VECTORS = VECTOR_LANES == 8 ? 4 : 2;
 constexpr int LANES = VECTORS * VECTOR_LANES;
 constexpr int STEPS = 32;
 

@@ -18,14 +18,14 @@ void CPlanePair::split(const float* pIn, UINT uChannels, UINT uFrames)
     }
     float* __restrict pLeft = m_planes[0].data();
     float* __restrict pRight = m_planes[1].data();
-    if (uChannels == 2) { // apart, because a known step is what the compiler vectorises
-        for (UINT i = 0; i < uFrames; ++i) {
+    if (uChannels == 2) { // apart, because a known step and an index that cannot wrap are vectorised
+        for (std::size_t i = 0; i < uFrames; ++i) {
             pLeft[i] = pIn[2 * i];
             pRight[i] = pIn[2 * i + 1];
         }
         return;
     }
-    for (UINT i = 0; i < uFrames; ++i, pIn += uChannels) {
+    for (std::size_t i = 0; i < uFrames; ++i, pIn += uChannels) {
         pLeft[i] = pIn[0];
         pRight[i] = pIn[1];
     }
@@ -40,7 +40,7 @@ void CPlanePair::join(float* pOut, UINT uPlanes, UINT uChannels, UINT uFrames) c
     const float* pLeft = m_planes[0].data();
     const float* pRight = m_planes[uPlanes - 1].data();
     float* __restrict pJoined = pOut;
-    for (UINT i = 0; i < uFrames; ++i) {
+    for (std::size_t i = 0; i < uFrames; ++i) {
         pJoined[2 * i] = pLeft[i];
         pJoined[2 * i + 1] = pRight[i];
     }

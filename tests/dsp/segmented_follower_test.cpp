@@ -51,7 +51,7 @@ TEST(SegmentedFollowerTest, EveryFormFollowsLikeStepByStep)
                         float envelopes[2] = {0.3f, 0.7f};
                         const int nDone = follow(steps, samples.data(), nFrames, envelopes);
                         ASSERT_LE(nDone, nFrames);
-                        ASSERT_LT(nFrames - nDone, 16);
+                        ASSERT_LT(nFrames - nDone, 32);
                         for (int c = 0; c < nChannels; ++c)
                             ASSERT_NEAR(envelopes[c],
                                         followed(c == 0 ? 0.3f : 0.7f, steps, samples.data() + c, nDone),
