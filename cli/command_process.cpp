@@ -72,7 +72,7 @@ int runProcess(CCommandContext& context)
 
     context.dialogs().setSaveFile(*context.line().argument("OUT"));
     if (context.line().has("--force"))
-        context.dialogs().setAnswer(true);
+        context.dialogs().allowOverwriting();
     COfflineProcessing& processing = document->offlineProcessing();
     const std::string sInput = *context.line().argument("IN");
     if (!document.runPlugIn([&] { return processing.processIntoWaveFile(sInput, &context.progress()); })) {

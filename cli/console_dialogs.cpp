@@ -34,8 +34,10 @@ void CConsoleDialogs::showMessage(std::string_view sText)
 bool CConsoleDialogs::askYesNo(std::string_view sText)
 {
     printToStandardError(sText);
-    printToStandardError(m_bAnswer ? "Answered with Yes." : "Answered with No.");
-    return m_bAnswer;
+    const bool bIsOverwriting = sText.find("This operation will overwrite it.") != std::string_view::npos;
+    const bool bAnswer = m_bAnswer || (m_bMayOverwrite && bIsOverwriting);
+    printToStandardError(bAnswer ? "Answered with Yes." : "Answered with No.");
+    return bAnswer;
 }
 
 std::optional<std::filesystem::path> CConsoleDialogs::chooseSaveFile(std::string_view,

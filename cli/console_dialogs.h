@@ -23,13 +23,17 @@ class CConsoleDialogs : public IUserDialogs
     void note(std::string_view sText) override;
 
     void setSaveFile(std::filesystem::path file) { m_saveFile = std::move(file); }
-    void setAnswer(bool bAnswer) { m_bAnswer = bAnswer; }
+
+    // The user has said already that existing files may be overwritten: that question is answered with Yes,
+    // and only that one.
+    void allowOverwriting() { m_bMayOverwrite = true; }
 
     // What showMessage() showed last.
     [[nodiscard]] const std::string& lastMessage() const { return m_sLastMessage; }
 
   private:
     bool m_bAnswer;
+    bool m_bMayOverwrite = false;
     bool m_bQuiet;
     std::optional<std::filesystem::path> m_saveFile;
     std::string m_sLastMessage;
