@@ -240,7 +240,7 @@ CPlugInScanner::CPlugInScanner(IUserDialogs& dialogs, const CPlugInProbe& probe)
 CPlugInScanner::CResult CPlugInScanner::scanPlugIns(const fs::path& folder)
 {
     std::error_code error;
-    const fs::path absolute = fs::absolute(folder, error);
+    const fs::path absolute = fs::absolute(folder, error).lexically_normal();
     CScan scan(m_dialogs);
     const auto files = findLibraries(absolute, error);
     if (error) {
