@@ -37,13 +37,27 @@ bool CConsoleDialogs::askYesNo(std::string_view sText)
     const bool bIsOverwriting = sText.find("This operation will overwrite it.") != std::string_view::npos;
     const bool bAnswer = m_bAnswer || (m_bMayOverwrite && bIsOverwriting);
     printToStandardError(bAnswer ? "Answered with Yes." : "Answered with No.");
+    m_bDeclined |= !bAnswer;
     return bAnswer;
+}
+
+bool CConsoleDialogs::askOKCancel(std::string_view sText)
+{
+    printToStandardError(sText);
+    printToStandardError(m_bAnswer ? "Answered with OK." : "Answered with Cancel.");
+    m_bDeclined |= !m_bAnswer;
+    return m_bAnswer;
 }
 
 std::optional<std::filesystem::path> CConsoleDialogs::chooseSaveFile(std::string_view,
                                                                      const std::filesystem::path&)
 {
     return m_saveFile;
+}
+
+std::optional<std::filesystem::path> CConsoleDialogs::chooseOpenFile(std::string_view)
+{
+    return m_openFile;
 }
 
 void CConsoleDialogs::note(std::string_view sText)

@@ -14,15 +14,21 @@ class CConsoleDialogs : public IUserDialogs
 
     void showMessage(std::string_view sText) override;
     bool askYesNo(std::string_view sText) override;
+    bool askOKCancel(std::string_view sText) override;
 
     // The file set with setSaveFile(), whatever is suggested.
     std::optional<std::filesystem::path> chooseSaveFile(std::string_view sFilter,
                                                         const std::filesystem::path& suggestedName) override;
 
+    // The file set with setOpenFile().
+    std::optional<std::filesystem::path> chooseOpenFile(std::string_view sFilter) override;
+
     // Prints the texts of plug-ins, which have four blanks ahead, and no other status line.
     void note(std::string_view sText) override;
 
     void setSaveFile(std::filesystem::path file) { m_saveFile = std::move(file); }
+
+    void setOpenFile(std::filesystem::path file) { m_openFile = std::move(file); }
 
     // The user has said already that existing files may be overwritten: that question is answered with Yes,
     // and only that one.
@@ -31,11 +37,16 @@ class CConsoleDialogs : public IUserDialogs
     // What showMessage() showed last.
     [[nodiscard]] const std::string& lastMessage() const { return m_sLastMessage; }
 
+    // A question has been answered with No or Cancel.
+    [[nodiscard]] bool hasDeclined() const { return m_bDeclined; }
+
   private:
     bool m_bAnswer;
     bool m_bMayOverwrite = false;
+    bool m_bDeclined = false;
     bool m_bQuiet;
     std::optional<std::filesystem::path> m_saveFile;
+    std::optional<std::filesystem::path> m_openFile;
     std::string m_sLastMessage;
 };
 

@@ -16,11 +16,13 @@ class CSilentDialogs : public IUserDialogs
 
     void showMessage(std::string_view) override {}
     bool askYesNo(std::string_view) override { return true; }
+    bool askOKCancel(std::string_view) override { return true; }
     std::optional<std::filesystem::path> chooseSaveFile(std::string_view,
                                                         const std::filesystem::path&) override
     {
         return m_target;
     }
+    std::optional<std::filesystem::path> chooseOpenFile(std::string_view) override { return {}; }
     void note(std::string_view) override {}
 
   private:

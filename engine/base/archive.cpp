@@ -1,7 +1,7 @@
 #include "base/archive.h"
 
-#include <algorithm>
 #include <bit>
+#include <cstring>
 
 namespace velmora {
 
@@ -221,15 +221,19 @@ void CArchive::writeBytes(std::span<const std::byte> bytes)
 
 void CArchive::readBytes(std::span<std::byte> bytes)
 {
-    std::ranges::copy(take(bytes.size()), bytes.begin());
+    const auto taken = take(bytes.size());
+    if (!taken.empty())
+        std::memcpy(bytes.data(), taken.data(), taken.size());
 }
 
 void CArchive::writeWord(std::uint64_t uValue, int nBytes)
 {
     if (!m_pStore)
         throw std::logic_error("an archive that is open for loading cannot store");
-    for (; nBytes > 0; --nBytes, uValue >>= 8)
-        m_pStore->push_back(static_cast<char>(uValue & 0xFF));
+    char cBytes[sizeof uValue];
+    for (int i = 0; i < nBytes; ++i, uValue >>= 8)
+        cBytes[i] = static_cast<char>(uValue & 0xFF);
+    m_pStore->append(cBytes, static_cast<std::size_t>(nBytes));
 }
 
 std::uint64_t CArchive::readWord(int nBytes)

@@ -21,10 +21,16 @@ class IUserDialogs
     // A question with Yes and No; true is Yes.
     [[nodiscard]] virtual bool askYesNo(std::string_view sText) = 0;
 
+    // A question with OK and Cancel; true is OK.
+    [[nodiscard]] virtual bool askOKCancel(std::string_view sText) = 0;
+
     // A file to save into; none when the user cancels. sFilter is in the form
     // "Wave Files (*.wav)|*.wav||".
     [[nodiscard]] virtual std::optional<std::filesystem::path>
     chooseSaveFile(std::string_view sFilter, const std::filesystem::path& suggestedName) = 0;
+
+    // An existing file; none when the user cancels. sFilter as above.
+    [[nodiscard]] virtual std::optional<std::filesystem::path> chooseOpenFile(std::string_view sFilter) = 0;
 
     // A line for the status window; never waits for a person.
     virtual void note(std::string_view sText) = 0;

@@ -32,6 +32,8 @@ bool CLoadedPlugIn::unload()
     [[maybe_unused]] const auto ignored = thrownBy([this] { delete m_pPlugIn; });
     m_pPlugIn = nullptr;
     const bool bGone = !m_pLibrary || m_pLibrary->unload();
+    if (!bGone)
+        m_sPinReason = m_pLibrary->path().filename().string() + " " + m_pLibrary->pinReason();
     m_pLibrary.reset();
     return bGone;
 }

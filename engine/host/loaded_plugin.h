@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 class CPlugIn;
 
@@ -33,8 +34,10 @@ class CLoadedPlugIn
 
     // Detaches and deletes the object and frees the library, as ahead of a rebuild. The filter stays, with
     // its name and without a plug-in. No audio thread may be inside the filter. False if the library's
-    // code is still in memory afterwards. Without a library, true.
+    // code is still in memory afterwards, for the reason that pinReason() then tells. Without a library,
+    // true.
     bool unload();
+    [[nodiscard]] const std::string& pinReason() const { return m_sPinReason; }
 
   private:
     CLoadedPlugIn(std::unique_ptr<CPlugInLibrary> pLibrary, CPlugIn* pPlugIn);
@@ -42,6 +45,7 @@ class CLoadedPlugIn
     std::unique_ptr<CUserDSPFilter> m_pFilter;
     std::unique_ptr<CPlugInLibrary> m_pLibrary;
     CPlugIn* m_pPlugIn;
+    std::string m_sPinReason;
 };
 
 } // namespace velmora

@@ -2,10 +2,9 @@
 
 #include "host/guarded_call.h"
 #include "host/plugin_library_copy.h"
+#include "host/plugin_library_image.h"
 
 #include <dlfcn.h>
-#include <link.h>
-#include <string_view>
 
 namespace velmora {
 
@@ -26,14 +25,6 @@ std::string linkerError(const fs::path& copy, const fs::path& file)
         uAt += file.string().size();
     }
     return sError;
-}
-
-bool isInMemory(const fs::path& copy)
-{
-    const auto isSame = [](dl_phdr_info* pInfo, std::size_t, void* pName) {
-        return std::string_view(pInfo->dlpi_name) == static_cast<const char*>(pName) ? 1 : 0;
-    };
-    return ::dl_iterate_phdr(isSame, const_cast<char*>(copy.c_str())) != 0;
 }
 
 } // namespace
@@ -102,6 +93,12 @@ CPlugIn* CPlugInLibrary::makeObject(std::string& sError) const
     return pPlugIn;
 }
 
+std::string CPlugInLibrary::buildId() const
+{
+    const auto image = m_pHandle ? CPlugInLibraryImage::find(m_copy) : std::nullopt;
+    return image ? image->buildId() : std::string();
+}
+
 bool CPlugInLibrary::unload()
 {
     if (!m_pHandle)
@@ -110,7 +107,10 @@ bool CPlugInLibrary::unload()
     m_pGetAPIVersion = nullptr;
     const int nResult = ::dlclose(m_pHandle);
     m_pHandle = nullptr;
-    return nResult == 0 && !isInMemory(m_copy);
+    const auto left = CPlugInLibraryImage::find(m_copy);
+    if (left)
+        m_sPinReason = left->pinReason();
+    return nResult == 0 && !left;
 }
 
 } // namespace velmora

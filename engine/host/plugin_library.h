@@ -47,9 +47,16 @@ class CPlugInLibrary
     // The platform's module handle; null after unload().
     [[nodiscard]] void* handle() const { return m_pHandle; }
 
+    // The identifier that the linker wrote into the code in memory, in hex; empty if it wrote none.
+    [[nodiscard]] std::string buildId() const;
+
     // Frees the library. False if its code is still in memory afterwards, as when one of its threads is
     // alive; the handle is gone in either case. Without a handle, true.
     bool unload();
+
+    // After unload() returned false: what keeps the code in memory, and what to do about it. Reads behind
+    // the library's name: "is linked with ...".
+    [[nodiscard]] const std::string& pinReason() const { return m_sPinReason; }
 
   private:
     CPlugInLibrary(std::filesystem::path file, std::filesystem::path copy, void* pHandle);
@@ -62,6 +69,7 @@ class CPlugInLibrary
     void* m_pHandle;
     createObjectFunction m_pCreateObject;
     getAPIVersionFunction m_pGetAPIVersion;
+    std::string m_sPinReason;
 };
 
 } // namespace velmora

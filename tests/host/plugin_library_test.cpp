@@ -1,6 +1,7 @@
 #include "host/loaded_plugin.h"
 #include "host/plugin_library.h"
 #include "host/plugin_library_copy.h"
+#include "host/plugin_library_image.h"
 #include "host/plugin_test_support.h"
 #include "host/user_dsp_filter.h"
 
@@ -89,8 +90,40 @@ TEST(PlugInLibrary, TellsWhenItsCodeStays)
     const auto pLibrary = CPlugInLibrary::load(folder.add("pinned", "pinned"), sError);
     ASSERT_TRUE(pLibrary) << sError;
     EXPECT_FALSE(pLibrary->unload());
+    EXPECT_THAT(pLibrary->pinReason(), ::testing::HasSubstr("-z nodelete"));
     EXPECT_EQ(pLibrary->handle(), nullptr);
     EXPECT_TRUE(pLibrary->unload()) << "nothing is left to free";
+}
+
+TEST(PlugInLibrary, NamesTheSymbolThatPinsIt)
+{
+    const CPlugInFolder folder;
+    std::string sError;
+    const auto pLibrary = CPlugInLibrary::load(folder.add("unique", "unique"), sError);
+    ASSERT_TRUE(pLibrary) << sError;
+    delete pLibrary->makeObject(sError);
+    EXPECT_FALSE(pLibrary->unload());
+    EXPECT_THAT(pLibrary->pinReason(), ::testing::HasSubstr("g_nInlineCount"));
+    EXPECT_THAT(pLibrary->pinReason(), ::testing::HasSubstr("-fno-gnu-unique"));
+}
+
+TEST(PlugInLibrary, TellsWhichBuildIsInMemory)
+{
+    const CPlugInFolder folder;
+    std::string sError;
+    std::vector<std::string> ids;
+    for (const char* pName : {"Reloaded1", "Reloaded2"}) {
+        const auto file = folder.add(pName, "Reloaded");
+        const auto pLibrary = CPlugInLibrary::load(file, sError);
+        ASSERT_TRUE(pLibrary) << sError;
+        EXPECT_EQ(pLibrary->buildId(), buildIdOfFile(file));
+        ids.push_back(pLibrary->buildId());
+    }
+    EXPECT_EQ(ids[0].size(), 40U);
+    EXPECT_NE(ids[0], ids[1]);
+    test::writeFile(folder / "cut.so", test::readFile(folder / "Reloaded.so").substr(0, 3000));
+    EXPECT_EQ(buildIdOfFile(folder / "cut.so"), "");
+    EXPECT_EQ(buildIdOfFile(folder / "none.so"), "");
 }
 
 TEST(PlugInLibrary, SaysWhyItCannotBeLoaded)

@@ -43,15 +43,18 @@ class CRecordingDialogs : public IUserDialogs
         m_questions.emplace_back(sText);
         return m_bAnswer;
     }
+    bool askOKCancel(std::string_view sText) override { return askYesNo(sText); }
     std::optional<std::filesystem::path> chooseSaveFile(std::string_view,
                                                         const std::filesystem::path&) override
     {
         return m_saveFile;
     }
+    std::optional<std::filesystem::path> chooseOpenFile(std::string_view) override { return m_openFile; }
     void note(std::string_view sText) override { m_notes.emplace_back(sText); }
 
     bool m_bAnswer = false;
     std::optional<std::filesystem::path> m_saveFile;
+    std::optional<std::filesystem::path> m_openFile;
     std::vector<std::string> m_messages;
     std::vector<std::string> m_questions;
     std::vector<std::string> m_notes;
