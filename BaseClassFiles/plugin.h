@@ -223,6 +223,16 @@ class CPlugInEx : public CPlugIn
 #define VELMORA_EXPORT extern "C" __attribute__((visibility("default")))
 #endif
 
+// On the declaration of initUI(), which runs once and can be very long: it is not optimised, and so a plug-in
+// with many controls is compiled several times as fast. All other code is optimised as ever.
+#if defined(__clang__)
+#define VELMORA_RUNS_ONCE __attribute__((optnone, noinline))
+#elif defined(__GNUC__)
+#define VELMORA_RUNS_ONCE __attribute__((optimize("O0"), noinline))
+#else
+#define VELMORA_RUNS_ONCE
+#endif
+
 // What the host calls to make a plug-in, and what it asks first.
 typedef CPlugIn* (*createObjectFunction)();
 typedef UINT (*getAPIVersionFunction)();

@@ -219,12 +219,15 @@ class CUIControlList
     // Replaces or removes the first control with that uControlId. False if there is none.
     bool replace(UINT uControlId, const CUICtrl& control);
     bool remove(UINT uControlId);
-
     void clear();
     UINT count() const;
 
     // The control at a position, counted from 0; null past the end.
     CUICtrl* getAt(UINT uPosition) const;
+
+    // For a long list. pControl is one of the list's own; null stands for the place ahead of the first.
+    CUICtrl* next(const CUICtrl* pControl) const;                     // the one behind it; null at the end
+    CUICtrl* insertBehind(CUICtrl* pControl, const CUICtrl& control); // answers the list's copy
 
   private:
     struct CNode;

@@ -241,6 +241,22 @@ CUICtrl* CUIControlList::getAt(UINT uPosition) const
     return pNode ? &pNode->m_control : NULL;
 }
 
+// A node begins with its control, so that a control of the list leads to its node.
+CUICtrl* CUIControlList::next(const CUICtrl* pControl) const
+{
+    const CNode* pNode = reinterpret_cast<const CNode*>(pControl);
+    CNode* pNext = pNode ? pNode->m_pNext : m_pHead;
+    return pNext ? &pNext->m_control : NULL;
+}
+
+CUICtrl* CUIControlList::insertBehind(CUICtrl* pControl, const CUICtrl& control)
+{
+    CNode* pNode = reinterpret_cast<CNode*>(pControl);
+    CNode** ppLink = pNode ? &pNode->m_pNext : &m_pHead;
+    *ppLink = new CNode(control, *ppLink);
+    return &(*ppLink)->m_control;
+}
+
 // ------------------------------------------------------------------------------------------------
 // Building blocks: settings
 // ------------------------------------------------------------------------------------------------
