@@ -1,6 +1,7 @@
 // Writes the first corpus of the fuzz targets: one small file for each thing that the readers tell apart.
 // Usage: make_corpus FOLDER
 
+#include "project/project_stream.h"
 #include "support/test_support.h"
 #include "support/wave_bytes.h"
 
@@ -57,5 +58,15 @@ int main(int nArguments, char** pArguments)
     writeFile(folder / "settings" / "longer.log", sWhole + "one more\n");
     writeFile(folder / "settings" / "numbers.log", "-1\n\n\n\n99999999999\n\n\n\n\n0x10\ntrue\n+7\n1e9\n");
     writeFile(folder / "settings" / "bytes.log", std::string("4098\n\0\xFF\xFE\n\t\n", 11));
+
+    std::filesystem::create_directories(folder / "project");
+    for (int nVersion = 1; nVersion <= 31; ++nVersion)
+        writeFile(folder / "project" / ("version-" + std::to_string(nVersion) + ".prj"),
+                  numberedStream(nVersion, nVersion % 3));
+    std::string sLegacyGUI = numberedStream(15, 1);
+    sLegacyGUI.replace(sLegacyGUI.rfind("\xFF\xFF\xFF\xFF"), 4, littleEndianBytes(68, 4));
+    writeFile(folder / "project" / "legacy-gui.prj", sLegacyGUI);
+    writeFile(folder / "project" / "wide-text.prj",
+              std::string("\1\0\0\0\0\0\0\0\xFF\xFE\xFF\2A\0\x3D\xD8\0\0\0\0", 19));
     return 0;
 }
