@@ -1,0 +1,18 @@
+#include "project/codegen/variable_rename.h"
+
+#include <gtest/gtest.h>
+
+namespace velmora {
+namespace {
+
+TEST(VariableRename, TakesWholeNamesOnly)
+{
+    std::string sText = "fGain=fGain*2; // fGain\nm_fGain + fGain2 - afGain; x.fGain";
+    EXPECT_EQ(renameIdentifier(sText, "fGain", "fGain2"), 4U);
+    EXPECT_EQ(sText, "fGain2=fGain2*2; // fGain2\nm_fGain + fGain2 - afGain; x.fGain2");
+    EXPECT_EQ(renameIdentifier(sText, "", "x"), 0U);
+    EXPECT_EQ(renameIdentifier(sText, "absent", "x"), 0U);
+}
+
+} // namespace
+} // namespace velmora
