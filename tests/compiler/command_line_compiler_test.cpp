@@ -44,12 +44,12 @@ class CompilerTest : public testing::Test
 TEST_F(CompilerTest, EachInstalledToolchainMakesALibraryThatLoads)
 {
     int nInstalled = 0;
-    for (const CCommandLineToolchain& toolchain : CCommandLineCompiler::toolchains()) {
-        const CCommandLineCompiler compiler(VELMORA_CONTRACT_FOLDER, toolchain.m_nCompilerId);
+    for (const CCommandLineProgram& program : CCommandLineCompiler::programs()) {
+        const CCommandLineCompiler compiler(VELMORA_CONTRACT_FOLDER, program.m_nCompilerId);
         if (!compiler.isInstalled())
             continue;
         ++nInstalled;
-        EXPECT_EQ(compiler.toolchain().m_nCompilerId, toolchain.m_nCompilerId);
+        EXPECT_EQ(compiler.program().m_nCompilerId, program.m_nCompilerId);
         EXPECT_FALSE(compiler.versionText().empty());
 
         const CCompileResult result = compiler.compile(jobFor(GOOD_SOURCE));
@@ -85,8 +85,8 @@ TEST_F(CompilerTest, BrokenSourcesAreToldWithTheirPlaceAndLeaveTheOldLibrary)
         {"#include \"no_such_header.h\"\n", 1, "no_such_header.h"},
         {"void declared();\nextern \"C\" void call() { declared(); }\n", 0, "declared()"},
     };
-    for (const CCommandLineToolchain& toolchain : CCommandLineCompiler::toolchains()) {
-        const CCommandLineCompiler compiler(VELMORA_CONTRACT_FOLDER, toolchain.m_nCompilerId);
+    for (const CCommandLineProgram& program : CCommandLineCompiler::programs()) {
+        const CCommandLineCompiler compiler(VELMORA_CONTRACT_FOLDER, program.m_nCompilerId);
         if (!compiler.isInstalled())
             continue;
         for (const auto& entry : cases) {
@@ -151,30 +151,6 @@ TEST_F(CompilerTest, AnUnwritableFolderIsTold)
     EXPECT_FALSE(result.m_bSucceeded);
     EXPECT_FALSE(result.m_sError.empty());
     EXPECT_NE(result.m_sMessages.find("missing"), std::string::npos) << result.m_sMessages;
-}
-
-TEST(CompilerMessages, AreReadFromAnyOutput)
-{
-    const auto messages = CCommandLineCompiler::parseMessages(
-        "/a b/x.cpp: In member function 'f':\n"
-        "/a b/x.cpp:12:34: error: 'y' was not declared in this scope\n"
-        "   12 |     y: error: quoted source\n"
-        "x.h:7: warning: old style\n"
-        "mold: error: undefined symbol: foo()\n"
-        "/usr/bin/ld: /x.o: in function `g': x.cpp:(.text+0x5): undefined reference to `foo()'\n"
-        "collect2: error: ld returned 1 exit status\n"
-        "x.cpp:99999999999:1: error: absurd line\n" +
-        std::string(1 << 20, ':') + "\n: error: \n");
-    ASSERT_GE(messages.size(), 5u);
-    EXPECT_EQ(messages[0].m_sFile, "/a b/x.cpp");
-    EXPECT_EQ(messages[0].m_nLine, 12);
-    EXPECT_EQ(messages[0].m_nColumn, 34);
-    EXPECT_EQ(messages[0].m_sText, "'y' was not declared in this scope");
-    for (const CCompilerMessage& message : messages) {
-        EXPECT_EQ(message.m_sText.find("ld returned"), std::string::npos);
-        EXPECT_GE(message.m_nLine, 0);
-        EXPECT_EQ(message.m_bWarning, message.m_sText == "old style");
-    }
 }
 
 } // namespace

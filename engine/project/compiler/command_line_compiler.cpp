@@ -1,37 +1,55 @@
 #include "project/compiler/command_line_compiler.h"
 
-#include "base/platform_child_process.h"
 #include "base/safe_file.h"
 #include "base/text.h"
+#include "project/compiler/compiler_messages.h"
+#include "project/compiler/compiler_table.h"
+#include "project/compiler/file_stamp.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <charconv>
 
 namespace velmora {
 
 namespace {
 
-constexpr CCommandLineToolchain TOOLCHAINS[] = {
-    {4010, "GCC (command line)", "g++", "g++", true},
-    {4011, "Clang (command line)", "clang++", "clang", false},
+constexpr CCommandLineProgram PROGRAMS[] = {
+    {GCC_COMMAND_LINE_ID, "g++", "g++", "-fno-gnu-unique", ".gch", false},
+    {CLANG_COMMAND_LINE_ID, "clang++", "clang", nullptr, ".pch", true},
+};
+
+// Linkers beside the system's own, the fastest first.
+struct CLinker
+{
+    const char* m_pProgram;
+    const char* m_pFlag;
+};
+constexpr CLinker LINKERS[] = {
+    {"ld.mold", "-fuse-ld=mold"},
+    {"ld.gold", "-fuse-ld=gold"},
+    {"ld.lld", "-fuse-ld=lld"},
 };
 
 constexpr std::array CONTRACT_SOURCES = {"plugin.cpp", "pluginobjects.cpp"};
 
 constexpr double VERSION_DEADLINE_SECONDS = 10.0;
 
-struct CSeverity
+const CLinker* installedLinker()
 {
-    std::string_view m_sMark;
-    bool m_bWarning;
-};
-constexpr CSeverity SEVERITIES[] = {
-    {": fatal error: ", false},
-    {": error: ", false},
-    {": warning: ", true},
-};
+    const auto position = std::ranges::find_if(LINKERS, [](const CLinker& linker) {
+        return !CChildProcess::findProgram(linker.m_pProgram).empty();
+    });
+    return position != std::end(LINKERS) ? position : nullptr;
+}
+
+std::string identityOf(const std::filesystem::path& program)
+{
+    std::error_code error;
+    const auto file = std::filesystem::canonical(program, error);
+    const auto stamp = CFileStamp::of(file);
+    return stamp ? file.string() + " " + stamp->text() : program.string();
+}
 
 bool isPlainForShell(char cByte)
 {
@@ -49,7 +67,14 @@ std::string quotedForShell(const std::string& sText)
     return sResult + "'";
 }
 
-std::string asCommandLine(const std::vector<std::string>& arguments)
+} // namespace
+
+std::span<const CCommandLineProgram> CCommandLineCompiler::programs()
+{
+    return PROGRAMS;
+}
+
+std::string CCommandLineCompiler::asCommandLine(const CArguments& arguments)
 {
     std::string sResult;
     for (const std::string& sArgument : arguments)
@@ -57,73 +82,21 @@ std::string asCommandLine(const std::vector<std::string>& arguments)
     return sResult;
 }
 
-// Takes ":123" off the end of the text; 0 if there is none.
-int takeTrailingNumber(std::string_view& sText)
+CCommandLineCompiler::CCommandLineCompiler(CPath contractFolder) : m_contractFolder(std::move(contractFolder))
 {
-    const std::size_t uColon = sText.rfind(':');
-    if (uColon == std::string_view::npos || uColon + 1 == sText.size())
-        return 0;
-    const char* pEnd = sText.data() + sText.size();
-    int nNumber = 0;
-    const auto [pStop, error] = std::from_chars(sText.data() + uColon + 1, pEnd, nNumber);
-    if (error != std::errc() || pStop != pEnd || nNumber <= 0)
-        return 0;
-    sText = sText.substr(0, uColon);
-    return nNumber;
-}
-
-bool isUndefinedReference(std::string_view sLine)
-{
-    return sLine.find("undefined reference to ") != std::string_view::npos;
-}
-
-std::string failureText(const CChildResult& child, const CCommandLineToolchain& toolchain,
-                        const std::vector<CCompilerMessage>& messages)
-{
-    const std::string sProgram = toolchain.m_pProgram;
-    switch (child.m_eEnd) {
-    case EChildEnd::cancelled:
-    case EChildEnd::timedOut:
-        return "The compilation was stopped.";
-    case EChildEnd::notStarted:
-        return "The compiler " + sProgram + " could not be started: " + child.m_sError + ".";
-    case EChildEnd::signalled:
-        return formatted("The compiler %s was ended by signal %d; is there enough memory?", sProgram.c_str(),
-                         child.m_nStatus);
-    case EChildEnd::exited:
-        break;
-    }
-    const auto isError = [](const CCompilerMessage& message) { return !message.m_bWarning; };
-    const auto nErrors = std::count_if(messages.begin(), messages.end(), isError);
-    if (nErrors == 0)
-        return formatted("The compiler %s failed with status %d.", sProgram.c_str(), child.m_nStatus);
-    return formatted("The compiler %s found %d error%s in the sources.", sProgram.c_str(),
-                     static_cast<int>(nErrors), nErrors == 1 ? "" : "s");
-}
-
-} // namespace
-
-std::span<const CCommandLineToolchain> CCommandLineCompiler::toolchains()
-{
-    return TOOLCHAINS;
-}
-
-CCommandLineCompiler::CCommandLineCompiler(std::filesystem::path contractFolder)
-    : m_contractFolder(std::move(contractFolder))
-{
-    for (const CCommandLineToolchain& toolchain : TOOLCHAINS)
-        m_candidates.push_back(&toolchain);
+    for (const CCommandLineProgram& program : PROGRAMS)
+        m_candidates.push_back(&program);
     chooseInstalled();
 }
 
-CCommandLineCompiler::CCommandLineCompiler(std::filesystem::path contractFolder, int nCompilerId)
+CCommandLineCompiler::CCommandLineCompiler(CPath contractFolder, int nCompilerId)
     : m_contractFolder(std::move(contractFolder))
 {
-    for (const CCommandLineToolchain& toolchain : TOOLCHAINS)
-        if (toolchain.m_nCompilerId == nCompilerId)
-            m_candidates.push_back(&toolchain);
+    for (const CCommandLineProgram& program : PROGRAMS)
+        if (program.m_nCompilerId == nCompilerId)
+            m_candidates.push_back(&program);
     if (m_candidates.empty())
-        m_candidates.push_back(TOOLCHAINS);
+        m_candidates.push_back(PROGRAMS);
     chooseInstalled();
 }
 
@@ -141,14 +114,19 @@ void CCommandLineCompiler::chooseInstalled()
 std::string CCommandLineCompiler::notInstalledText() const
 {
     std::string sPrograms;
-    for (const CCommandLineToolchain* pToolchain : m_candidates)
+    for (const CCommandLineProgram* pProgram : m_candidates)
         sPrograms += (!sPrograms.empty()        ? " nor "
                       : m_candidates.size() > 1 ? "neither "
                                                 : "") +
-                     std::string(pToolchain->m_pProgram);
+                     std::string(pProgram->m_pProgram);
     return formatted("No C++ compiler was found: %s%s in any folder of PATH. Install one, for example with: "
                      "sudo apt install %s",
-                     sPrograms.c_str(), m_candidates.size() > 1 ? " is" : " is not", toolchain().m_pPackage);
+                     sPrograms.c_str(), m_candidates.size() > 1 ? " is" : " is not", program().m_pPackage);
+}
+
+const char* CCommandLineCompiler::name() const
+{
+    return findCompiler(program().m_nCompilerId)->m_pName;
 }
 
 std::string CCommandLineCompiler::versionText() const
@@ -162,17 +140,88 @@ std::string CCommandLineCompiler::versionText() const
     return result.succeeded() ? result.m_sOutput.substr(0, result.m_sOutput.find('\n')) : std::string();
 }
 
-std::vector<std::string> CCommandLineCompiler::arguments(const CCompileJob& job,
-                                                         const std::filesystem::path& output) const
+std::string CCommandLineCompiler::identity() const
 {
-    std::vector<std::string> result = {
-        m_program.string(), "-std=c++20", "-fPIC", "-fvisibility=hidden", "-O2", "-pipe", "-shared"};
-    if (toolchain().m_bHasNoUniqueSymbols)
-        result.emplace_back("-fno-gnu-unique");
-    if (!CChildProcess::findProgram("mold").empty())
-        result.emplace_back("-fuse-ld=mold");
+    return identityOf(m_program);
+}
+
+std::string CCommandLineCompiler::linkerIdentity() const
+{
+    const CLinker* pLinker = installedLinker();
+    return identityOf(CChildProcess::findProgram(pLinker ? pLinker->m_pProgram : "ld"));
+}
+
+CCommandLineCompiler::CArguments CCommandLineCompiler::commonArguments() const
+{
+    CArguments result = {m_program.string(), "-std=c++20", "-fPIC", "-fvisibility=hidden", "-O2", "-Wall",
+                         "-Wextra",          "-pipe"};
+    if (program().m_pUniqueSymbolsFlag)
+        result.emplace_back(program().m_pUniqueSymbolsFlag);
+    return result;
+}
+
+void CCommandLineCompiler::addLinkerArguments(CArguments& arguments) const
+{
+    arguments.emplace_back("-shared");
+    if (const CLinker* pLinker = installedLinker())
+        arguments.emplace_back(pLinker->m_pFlag);
     // A function that was declared but never written is found here, by name, and not at loading.
-    result.emplace_back("-Wl,--no-undefined");
+    arguments.emplace_back("-Wl,--no-undefined");
+    arguments.emplace_back("-Wl,--build-id=sha1");
+}
+
+CCommandLineCompiler::CArguments CCommandLineCompiler::compileArguments(const CPath& source,
+                                                                        const CPath& object,
+                                                                        const CPath& dependencies,
+                                                                        const CPath& header) const
+{
+    CArguments result = commonArguments();
+    result.emplace_back("-I" + m_contractFolder.string());
+    if (!header.empty()) {
+        const bool bProduct = program().m_bHeaderNamedByProduct;
+        result.emplace_back(bProduct ? "-include-pch" : "-include");
+        result.push_back((bProduct ? precompiledHeader(header) : header).string());
+        result.emplace_back("-Winvalid-pch");
+    }
+    for (const auto& sArgument : {std::string("-MD"), std::string("-MF"), dependencies.string(),
+                                  std::string("-c"), source.string(), std::string("-o"), object.string()})
+        result.push_back(sArgument);
+    return result;
+}
+
+CCommandLineCompiler::CArguments CCommandLineCompiler::precompileArguments(const CPath& header,
+                                                                           const CPath& dependencies) const
+{
+    CArguments result = commonArguments();
+    for (const auto& sArgument :
+         {std::string("-MD"), std::string("-MF"), dependencies.string(), std::string("-x"),
+          std::string("c++-header"), header.string(), std::string("-o"), precompiledHeader(header).string()})
+        result.push_back(sArgument);
+    return result;
+}
+
+CCommandLineCompiler::CPath CCommandLineCompiler::precompiledHeader(const CPath& header) const
+{
+    return header.string() + program().m_pHeaderSuffix;
+}
+
+CCommandLineCompiler::CArguments CCommandLineCompiler::linkArguments(std::span<const CPath> objects,
+                                                                     const CPath& library) const
+{
+    CArguments result = {m_program.string(), "-fPIC"};
+    addLinkerArguments(result);
+    for (const CPath& object : objects)
+        result.push_back(object.string());
+    result.emplace_back("-o");
+    result.push_back(library.string());
+    return result;
+}
+
+CCommandLineCompiler::CArguments CCommandLineCompiler::wholeArguments(const CCompileJob& job,
+                                                                      const CPath& output) const
+{
+    CArguments result = commonArguments();
+    addLinkerArguments(result);
     result.emplace_back("-I" + m_contractFolder.string());
     for (const auto& folder : job.m_includeFolders)
         result.emplace_back("-I" + folder.string());
@@ -185,6 +234,39 @@ std::vector<std::string> CCommandLineCompiler::arguments(const CCompileJob& job,
     return result;
 }
 
+CChildResult CCommandLineCompiler::run(const CArguments& arguments, const std::function<bool()>& goOn)
+{
+    CChildProcess child(arguments);
+    child.setVariable("LC_ALL", "C.UTF-8"); // messages that parseMessages() can read
+    if (goOn)
+        child.setGoOn(goOn);
+    return child.run();
+}
+
+std::string CCommandLineCompiler::failureText(const CChildResult& child,
+                                              std::span<const CCompilerMessage> messages) const
+{
+    const char* pProgram = program().m_pProgram;
+    switch (child.m_eEnd) {
+    case EChildEnd::cancelled:
+    case EChildEnd::timedOut:
+        return "The compilation was stopped.";
+    case EChildEnd::notStarted:
+        return formatted("The compiler %s could not be started: %s.", pProgram, child.m_sError.c_str());
+    case EChildEnd::signalled:
+        return formatted("The compiler %s was ended by signal %d; is there enough memory?", pProgram,
+                         child.m_nStatus);
+    case EChildEnd::exited:
+        break;
+    }
+    const auto nErrors =
+        std::ranges::count_if(messages, [](const CCompilerMessage& message) { return !message.m_bWarning; });
+    if (nErrors == 0)
+        return formatted("The compiler %s failed with status %d.", pProgram, child.m_nStatus);
+    return formatted("The compiler %s found %d error%s in the sources.", pProgram, static_cast<int>(nErrors),
+                     nErrors == 1 ? "" : "s");
+}
+
 CCompileResult CCommandLineCompiler::compile(const CCompileJob& job, IProgress* pProgress) const
 {
     CCompileResult result;
@@ -192,22 +274,19 @@ CCompileResult CCommandLineCompiler::compile(const CCompileJob& job, IProgress* 
         result.m_sError = notInstalledText();
         return result;
     }
-    const std::filesystem::path library = std::filesystem::absolute(job.m_library);
+    const CPath library = std::filesystem::absolute(job.m_library);
     CSafeFile output(library);
-    result.m_sCommandLine = asCommandLine(arguments(job, library));
+    result.m_sCommandLine = asCommandLine(wholeArguments(job, library));
 
-    CChildProcess child(arguments(job, output.path()));
-    child.setVariable("LC_ALL", "C.UTF-8"); // messages that parseMessages() can read
-    if (pProgress)
-        child.setGoOn([pProgress] { return pProgress->report(0.0); });
-    const CChildResult run = child.run();
+    const auto goOn = [pProgress] { return !pProgress || pProgress->report(0.0); };
+    const CChildResult child = run(wholeArguments(job, output.path()), goOn);
 
-    result.m_sMessages = run.m_sOutput;
-    result.m_list = parseMessages(run.m_sOutput);
-    result.m_dSeconds = run.m_dSeconds;
-    result.m_bCancelled = run.m_eEnd == EChildEnd::cancelled;
-    if (!run.succeeded()) {
-        result.m_sError = failureText(run, toolchain(), result.m_list);
+    result.m_sMessages = child.m_sOutput;
+    result.m_list = parseMessages(child.m_sOutput);
+    result.m_dSeconds = child.m_dSeconds;
+    result.m_bCancelled = child.m_eEnd == EChildEnd::cancelled;
+    if (!child.succeeded()) {
+        result.m_sError = failureText(child, result.m_list);
     } else if (!output.commit()) {
         result.m_sError =
             "The library " + library.string() + " could not be written: " + output.error() + ".";
@@ -216,40 +295,6 @@ CCompileResult CCommandLineCompiler::compile(const CCompileJob& job, IProgress* 
         result.m_library = library;
         if (pProgress)
             static_cast<void>(pProgress->report(1.0));
-    }
-    return result;
-}
-
-std::vector<CCompilerMessage> CCommandLineCompiler::parseMessages(std::string_view sOutput)
-{
-    std::vector<CCompilerMessage> result;
-    for (const std::string& sLine : split(sOutput, '\n')) {
-        CCompilerMessage message;
-        std::string_view sPlace;
-        for (const CSeverity& severity : SEVERITIES) {
-            const std::size_t uMark = sLine.find(severity.m_sMark);
-            if (uMark == std::string::npos)
-                continue;
-            sPlace = std::string_view(sLine).substr(0, uMark);
-            message.m_bWarning = severity.m_bWarning;
-            message.m_sText = sLine.substr(uMark + severity.m_sMark.size());
-            break;
-        }
-        if (message.m_sText.empty() && isUndefinedReference(sLine))
-            message.m_sText = sLine;
-        if (message.m_sText.empty())
-            continue;
-        const int nLast = takeTrailingNumber(sPlace);
-        const int nLastButOne = takeTrailingNumber(sPlace);
-        message.m_nLine = nLastButOne ? nLastButOne : nLast;
-        message.m_nColumn = nLastButOne ? nLast : 0;
-        if (message.m_nLine)
-            message.m_sFile = sPlace;
-        // A collect2 or clang summary ("ld returned 1 exit status") only repeats what stands above it.
-        const bool bRepeats =
-            !message.m_nLine && !result.empty() && (sPlace == "collect2" || sPlace.starts_with("clang"));
-        if (!bRepeats)
-            result.push_back(std::move(message));
     }
     return result;
 }

@@ -1,33 +1,26 @@
 #pragma once
 
+#include "base/platform_child_process.h"
 #include "base/progress.h"
+#include "project/compiler/toolchain.h"
 
 #include <filesystem>
+#include <functional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace velmora {
 
-// A compiler that is driven from its command line.
-struct CCommandLineToolchain
+// How one compiler of the compiler table is called from a command line.
+struct CCommandLineProgram
 {
     int m_nCompilerId;
-    const char* m_pName;        // as the preferences list it
-    const char* m_pProgram;     // searched on PATH
-    const char* m_pPackage;     // Debian's package that brings it
-    bool m_bHasNoUniqueSymbols; // takes -fno-gnu-unique
-};
-
-// One complaint of the compiler or the linker.
-struct CCompilerMessage
-{
-    std::string m_sFile; // as the compiler names it; empty for the linker's
-    int m_nLine = 0;     // from 1; 0 when not told
-    int m_nColumn = 0;   // from 1; 0 when not told
-    bool m_bWarning = false;
-    std::string m_sText;
+    const char* m_pProgram;           // searched on PATH
+    const char* m_pPackage;           // Debian's package that brings it
+    const char* m_pUniqueSymbolsFlag; // keeps a closed library from staying in memory; null if not needed
+    const char* m_pHeaderSuffix;      // of a precompiled header
+    bool m_bHeaderNamedByProduct; // -include-pch names the precompiled header, -include the text beside it
 };
 
 struct CCompileJob
@@ -49,16 +42,18 @@ struct CCompileResult
     double m_dSeconds = 0.0;
 };
 
-// Makes a plug-in library out of its sources and the contract's with one direct call of the system's
-// compiler. The library appears under its name only when it is complete: a failed or cancelled run
-// leaves the one before as it was. [any but audio]
+// One installed compiler and how it is called: whole, by compile(), or in the steps that CProjectBuild
+// takes. [any but audio]
 class CCommandLineCompiler
 {
   public:
+    using CArguments = std::vector<std::string>;
+    using CPath = std::filesystem::path;
+
     // Uses the first known compiler that is installed, or the one with this id. contractFolder holds
     // plugin.h and its companions.
-    explicit CCommandLineCompiler(std::filesystem::path contractFolder);
-    CCommandLineCompiler(std::filesystem::path contractFolder, int nCompilerId);
+    explicit CCommandLineCompiler(CPath contractFolder);
+    CCommandLineCompiler(CPath contractFolder, int nCompilerId);
 
     [[nodiscard]] bool isInstalled() const { return !m_program.empty(); }
 
@@ -66,29 +61,58 @@ class CCommandLineCompiler
     [[nodiscard]] std::string notInstalledText() const;
 
     // The chosen one; the first that was looked for when none is installed.
-    [[nodiscard]] const CCommandLineToolchain& toolchain() const { return *m_candidates.front(); }
+    [[nodiscard]] const CCommandLineProgram& program() const { return *m_candidates.front(); }
+
+    // Its name in the compiler table.
+    [[nodiscard]] const char* name() const;
 
     // The first line of what the compiler says about itself; empty when not installed.
     [[nodiscard]] std::string versionText() const;
 
-    // pProgress, if given, is asked while the compiler runs and may stop it; how far the compiler is
-    // cannot be known, so it hears 0.0 until the end.
+    // Changes whenever the compiler is replaced by another one; known without starting it.
+    [[nodiscard]] std::string identity() const;
+
+    // The same for the linker that linkArguments() chooses.
+    [[nodiscard]] std::string linkerIdentity() const;
+
+    // The steps of a build. A step writes its product and, where named, the list of the files it read as a
+    // make rule. header is a contract header that was precompiled beside itself; empty for none.
+    [[nodiscard]] CArguments compileArguments(const CPath& source, const CPath& object,
+                                              const CPath& dependencies, const CPath& header) const;
+    [[nodiscard]] CArguments precompileArguments(const CPath& header, const CPath& dependencies) const;
+    [[nodiscard]] CArguments linkArguments(std::span<const CPath> objects, const CPath& library) const;
+
+    // Where precompileArguments() puts its product.
+    [[nodiscard]] CPath precompiledHeader(const CPath& header) const;
+
+    // Runs one step. goOn is asked about twenty times a second; false stops the compiler and what it started.
+    [[nodiscard]] static CChildResult run(const CArguments& arguments, const std::function<bool()>& goOn);
+
+    // Says why a step failed.
+    [[nodiscard]] std::string failureText(const CChildResult& child,
+                                          std::span<const CCompilerMessage> messages) const;
+
+    // Makes a library out of the job's sources and the contract's with one call of the compiler. It appears
+    // under its name only when it is complete: a failed or cancelled run leaves the one before as it was.
+    // pProgress, if given, is asked while the compiler runs and may stop it; how far the compiler is cannot
+    // be known, so it hears 0.0 until the end.
     [[nodiscard]] CCompileResult compile(const CCompileJob& job, IProgress* pProgress = nullptr) const;
 
-    // All known toolchains, preferred ones first.
-    [[nodiscard]] static std::span<const CCommandLineToolchain> toolchains();
+    // All known ones, preferred ones first.
+    [[nodiscard]] static std::span<const CCommandLineProgram> programs();
 
-    // Finds the complaints in a compiler's output.
-    [[nodiscard]] static std::vector<CCompilerMessage> parseMessages(std::string_view sOutput);
+    // As it could be typed into a shell.
+    [[nodiscard]] static std::string asCommandLine(const CArguments& arguments);
 
   private:
     void chooseInstalled();
-    [[nodiscard]] std::vector<std::string> arguments(const CCompileJob& job,
-                                                     const std::filesystem::path& output) const;
+    [[nodiscard]] CArguments commonArguments() const;
+    void addLinkerArguments(CArguments& arguments) const;
+    [[nodiscard]] CArguments wholeArguments(const CCompileJob& job, const CPath& output) const;
 
-    std::filesystem::path m_contractFolder;
-    std::filesystem::path m_program;
-    std::vector<const CCommandLineToolchain*> m_candidates; // the chosen one first
+    CPath m_contractFolder;
+    CPath m_program;
+    std::vector<const CCommandLineProgram*> m_candidates; // the chosen one first
 };
 
 } // namespace velmora

@@ -1,0 +1,241 @@
+#include "project/compiler/status_strip.h"
+
+#include "base/user_dialogs.h"
+#include "base/window_system.h"
+#include "project/compiler/compiler_table.h"
+#include "project/dsp_project.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr unsigned TICK_MILLISECONDS = 1000;
+constexpr double RESULT_SECONDS = 1.2; // that a result stays readable
+constexpr std::string_view ANIMATION = "-\\|/";
+constexpr std::string_view COMPILER_LABEL = "compiler";
+constexpr std::string_view REBUILD_LABEL = "Rebuild";
+
+constexpr std::string_view NEEDS_PROJECT = "Open an existing, compiled Project first!";
+constexpr std::string_view COMPILER_NOT_FOUND =
+    "Compiler not found - it is either loading up now or you closed it. Wait or reopen it.";
+constexpr std::string_view CHANGE_OF_COMPILER =
+    "You are changing the compiler with a project loaded and compiler alive; please shut down the current "
+    "compiler FIRST and THEN choose OK to continue and launch the new compiler.\n\nIf you choose Cancel, the "
+    "compiler will not be changed until you close the compiler and re-load the project";
+constexpr std::string_view COULD_NOT_LAUNCH =
+    "Could not launch compiler. Is it installed? Please change your compiler settings back to the original "
+    "now.";
+
+struct CStateRow
+{
+    ECompilerState m_eState;
+    EStripEvent m_eEvent;
+};
+
+constexpr CStateRow STATE_EVENTS[] = {
+    {ECompilerState::running, EStripEvent::running},   {ECompilerState::debugging, EStripEvent::debugging},
+    {ECompilerState::starting, EStripEvent::starting}, {ECompilerState::notFound, EStripEvent::notFound},
+    {ECompilerState::ready, EStripEvent::ready},
+};
+
+bool hasWindow(ECompilerState eState)
+{
+    return eState != ECompilerState::notFound && eState != ECompilerState::starting;
+}
+
+bool isCommandLine(const IToolchain& toolchain)
+{
+    const CCompiler* pCompiler = findCompiler(toolchain.compilerId());
+    return pCompiler && pCompiler->m_eKind == ECompilerKind::commandLine;
+}
+
+} // namespace
+
+CStatusStrip::CStatusStrip(IToolchain& toolchain, IWindowSystem& clock, IUserDialogs& dialogs,
+                           IStatusStripWindow& window)
+    : m_pToolchain(&toolchain), m_clock(clock), m_dialogs(dialogs), m_window(window)
+{
+}
+
+bool CStatusStrip::hasProject(CDSPProject* pProject)
+{
+    if (!pProject)
+        m_dialogs.showMessage(NEEDS_PROJECT);
+    else
+        m_pProject = pProject;
+    return pProject != nullptr;
+}
+
+bool CStatusStrip::startCompiler(CDSPProject* pProject)
+{
+    if (!hasProject(pProject))
+        return false;
+    if (hasWindow(m_pToolchain->state(*pProject))) {
+        m_bAlive = true;
+    } else {
+        m_bAlive = m_pToolchain->makeAvailable(*pProject);
+        if (!m_bAlive)
+            return false;
+        show(COMPILER_LABEL, "Starting Compiler...");
+    }
+    m_window.setTimer(EStripTimer::state, TICK_MILLISECONDS);
+    return true;
+}
+
+bool CStatusStrip::rebuild(CDSPProject* pProject)
+{
+    if (!hasProject(pProject))
+        return false;
+    if (!hasWindow(m_pToolchain->state(*pProject))) {
+        m_dialogs.showMessage(COMPILER_NOT_FOUND);
+        static_cast<void>(startCompiler(pProject));
+        return false;
+    }
+    m_bAlive = true;
+    show(COMPILER_LABEL, "..ready..");
+    if (m_window.isPlugInLoaded())
+        m_window.unloadPlugIn();
+    if (!m_window.writeCode(*pProject))
+        return false;
+    if (!m_pToolchain->rebuild(*pProject)) {
+        const std::string sReason = m_pToolchain->unavailableReason();
+        m_dialogs.showMessage(sReason.empty() ? COMPILER_NOT_FOUND : sReason);
+        return false;
+    }
+    m_window.killTimer(EStripTimer::state);
+    m_window.setTimer(EStripTimer::build, TICK_MILLISECONDS);
+    m_bBuildTimer = true;
+    return true;
+}
+
+bool CStatusStrip::toggleDebug(CDSPProject* pProject)
+{
+    if (!startCompiler(pProject))
+        return false;
+    show(COMPILER_LABEL, "Starting Compiler...");
+    if (!(m_bDebugging ? m_pToolchain->stopDebug() : m_pToolchain->startDebug()))
+        return false;
+    m_bDebugging = !m_bDebugging;
+    m_window.setDebugButton(m_bDebugging ? "Stop Debug" : "Debug");
+    return true;
+}
+
+bool CStatusStrip::changeCompiler(CDSPProject* pProject, IToolchain& newToolchain)
+{
+    const bool bDiffers = newToolchain.compilerId() != m_pToolchain->compilerId();
+    const bool bAlive = pProject && bDiffers && !isCommandLine(*m_pToolchain) &&
+                        m_pToolchain->state(*pProject) != ECompilerState::notFound;
+    if (!bAlive) {
+        m_pToolchain = &newToolchain;
+        return true;
+    }
+    if (!m_dialogs.askOKCancel(CHANGE_OF_COMPILER))
+        return false;
+    m_pToolchain = &newToolchain;
+    m_window.updateLinkerSettings(*pProject);
+    if (!startCompiler(pProject))
+        m_dialogs.showMessage(COULD_NOT_LAUNCH);
+    return true;
+}
+
+void CStatusStrip::closeProject()
+{
+    killBuildTimer();
+    m_window.killTimer(EStripTimer::state);
+    m_pProject = nullptr;
+}
+
+void CStatusStrip::tickState()
+{
+    if (!m_pProject)
+        return;
+    if (m_sLabel == REBUILD_LABEL)
+        m_clock.sleep(RESULT_SECONDS);
+    if (!m_bAlive)
+        post(EStripEvent::dead);
+    const ECompilerState eState = m_pToolchain->state(*m_pProject);
+    m_bAlive = eState != ECompilerState::notFound;
+    for (const CStateRow& row : STATE_EVENTS)
+        if (row.m_eState == eState)
+            post(row.m_eEvent);
+}
+
+void CStatusStrip::tickBuild()
+{
+    if (!m_pProject || !m_bBuildTimer)
+        return;
+    m_report = m_pToolchain->waitForBuild(0.0, nullptr);
+    post(m_report.m_eState == EBuildState::succeeded ? EStripEvent::buildSucceeded
+         : m_report.m_eState == EBuildState::failed  ? EStripEvent::buildFailed
+                                                     : EStripEvent::building);
+}
+
+void CStatusStrip::post(EStripEvent eEvent)
+{
+    const std::string_view sProject = m_pProject ? std::string_view(m_pProject->m_sProjectName) : "";
+    switch (eEvent) {
+    case EStripEvent::starting:
+        return animate(COMPILER_LABEL, "Starting");
+    case EStripEvent::ready: {
+        const bool bNew = m_sText != "Ready";
+        show(COMPILER_LABEL, "Ready");
+        // Once: the user who works in the compiler keeps the focus there.
+        if (bNew)
+            m_window.takeFocus();
+        return;
+    }
+    case EStripEvent::running:
+    case EStripEvent::debugging:
+        show(COMPILER_LABEL, "");
+        if (m_window.isPlugInLoaded())
+            killBuildTimer();
+        return;
+    case EStripEvent::notFound:
+        show(COMPILER_LABEL, "not found");
+        return killBuildTimer();
+    case EStripEvent::dead:
+        show(COMPILER_LABEL, "Dead");
+        return killBuildTimer();
+    case EStripEvent::building:
+        return animate(sProject, "Building");
+    case EStripEvent::linking:
+        return show(sProject, "Linking");
+    case EStripEvent::buildSucceeded:
+        endBuild("Succeeded!");
+        return m_window.loadBuiltPlugIn(m_report);
+    case EStripEvent::buildFailed:
+        return endBuild("Failed");
+    }
+}
+
+void CStatusStrip::show(std::string_view sLabel, std::string_view sText)
+{
+    m_sLabel = sLabel;
+    m_sText = sText;
+    m_window.showStatus(m_sLabel, m_sText);
+}
+
+void CStatusStrip::animate(std::string_view sLabel, std::string_view sWord)
+{
+    const std::string sBegin = std::string(sWord) + ' ';
+    std::size_t uStep = 0;
+    if (m_sText.size() == sBegin.size() + 1 && m_sText.starts_with(sBegin))
+        uStep = (ANIMATION.find(m_sText.back()) + 1) % ANIMATION.size();
+    show(sLabel, sBegin + ANIMATION[uStep]);
+}
+
+void CStatusStrip::killBuildTimer()
+{
+    if (m_bBuildTimer)
+        m_window.killTimer(EStripTimer::build);
+    m_bBuildTimer = false;
+}
+
+void CStatusStrip::endBuild(std::string_view sText)
+{
+    killBuildTimer();
+    show(REBUILD_LABEL, sText);
+    m_window.setTimer(EStripTimer::state, TICK_MILLISECONDS);
+}
+
+} // namespace velmora
