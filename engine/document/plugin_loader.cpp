@@ -89,7 +89,9 @@ CDSPFilter* CPlugInLoader::loadPlugin(const std::filesystem::path& libraryName, 
         m_engine.runGate().set();
     if (!bSwapped)
         return nullptr;
-    m_loaded = std::move(pNew); // the old plug-in and its library go here, when nothing uses them
+    std::swap(m_loaded, pNew);
+    if (pNew) // the old plug-in and its library go here, when nothing uses them any more
+        static_cast<void>(release(*pNew));
     m_dialogs.note("m_bPlugInLoaded = true");
     m_dialogs.note("loadPlugin( ) Done.");
     return &m_loaded->filter();
@@ -175,6 +177,7 @@ void CPlugInLoader::prepareNewFilter(CLoadedPlugIn& plugIn)
     filter.createControls();
     plugIn.plugIn()->m_hParentWnd = m_window.handle();
     plugIn.plugIn()->init();
+    carryValuesOver(filter);
     m_dialogs.note("Init GUI Form.");
 
     filter.setBufferSize(BUFFER_SIZE);
@@ -186,6 +189,27 @@ void CPlugInLoader::prepareNewFilter(CLoadedPlugIn& plugIn)
     m_dialogs.note("prepareForPlay()");
 }
 
+// The values that were handed over serve one load.
+void CPlugInLoader::carryValuesOver(CUserDSPFilter& filter)
+{
+    m_changes = {};
+    const CControlValues values = std::exchange(m_carriedValues, {});
+    if (values.isEmpty())
+        return;
+    m_changes = values.applyTo(*filter.m_pPlugIn);
+    for (const auto& pControl : filter.m_ControlList)
+        pControl->updateFromVariable();
+}
+
+// False, and the status window says why, if the library's code stays in memory.
+bool CPlugInLoader::release(CLoadedPlugIn& plugIn)
+{
+    const bool bGone = plugIn.unload();
+    if (!bGone)
+        m_dialogs.note("The old library stays in memory: " + plugIn.pinReason() + ".");
+    return bGone;
+}
+
 void CPlugInLoader::unloadPlugin(bool bQuiet)
 {
     if (!m_loaded)
@@ -194,7 +218,7 @@ void CPlugInLoader::unloadPlugin(bool bQuiet)
         m_engine.bufferDone().wait();
     m_engine.runGate().reset();
     m_engine.setFilter(nullptr);
-    if (!m_loaded->unload() && !bQuiet)
+    if (!release(*m_loaded) && !bQuiet)
         m_dialogs.showMessage("Couldn't FreeLibrary! Error Code: %02X\n");
     m_loaded.reset();
     m_engine.runGate().set();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "document/control_values.h"
 #include "host/host_window.h"
 #include "host/loaded_plugin.h"
 #include "host/plugin_scanner.h"
@@ -14,6 +15,7 @@ namespace velmora {
 class CAudioEngine;
 class CDSPFilter;
 class CTransport;
+class CUserDSPFilter;
 class IMessageTarget;
 class IUserDialogs;
 
@@ -43,6 +45,11 @@ class CPlugInLoader
     // empty.
     [[nodiscard]] const std::string& reason() const { return m_sReason; }
 
+    // The next plug-in that loadPlugin() loads gets these values, ahead of its first buffer; changes() then
+    // tells what became of them. Without this call it starts from its initial values.
+    void carryOver(CControlValues values) { m_carriedValues = std::move(values); }
+    [[nodiscard]] const CControlChanges& changes() const { return m_changes; }
+
     // Takes the plug-in that was loaded out of the engine, deletes it and frees its library. bQuiet shows no
     // messages.
     void unloadPlugin(bool bQuiet);
@@ -70,6 +77,8 @@ class CPlugInLoader
     bool survivesProbe(const std::filesystem::path& file);
     bool swapTo(CLoadedPlugIn& plugIn);
     void prepareNewFilter(CLoadedPlugIn& plugIn);
+    void carryValuesOver(CUserDSPFilter& filter);
+    bool release(CLoadedPlugIn& plugIn);
     void keepReason(const std::string& sReason);
 
     CAudioEngine& m_engine;
@@ -80,6 +89,8 @@ class CPlugInLoader
     std::vector<std::unique_ptr<CLoadedPlugIn>> m_plugIns; // what the scan loaded
     std::unique_ptr<CLoadedPlugIn> m_loaded;               // the current filter, if it is a plug-in
     std::vector<CScanEntry> m_scanEntries;
+    CControlValues m_carriedValues;
+    CControlChanges m_changes;
     std::string m_sReason;
     bool m_bRebuildRequested = false;
     int m_nSampleRate = 44100;

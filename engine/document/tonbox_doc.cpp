@@ -3,6 +3,7 @@
 #include "base/audio_system.h"
 #include "base/platform_folders.h"
 #include "base/user_dialogs.h"
+#include "project/dsp_project.h"
 
 #include <array>
 
@@ -78,6 +79,8 @@ void CTonboxDoc::readSettings()
     m_bSettingsUsable = m_settings.load(settingsFile(), m_userFolder, sError);
     if (!m_bSettingsUsable)
         m_dialogs.showMessage(sError);
+    if (!m_preferences.load(preferencesFile(), sError))
+        m_dialogs.showMessage(sError);
 }
 
 bool CTonboxDoc::openAudioSystem()
@@ -108,6 +111,11 @@ bool CTonboxDoc::makeFolders()
         }
     }
     return true;
+}
+
+void CTonboxDoc::setProject(std::unique_ptr<CDSPProject> pProject)
+{
+    m_pProject = std::move(pProject);
 }
 
 void CTonboxDoc::OnCloseDocument()

@@ -6,13 +6,16 @@
 #include "audio/sidechain.h"
 #include "audio/transport.h"
 #include "document/plugin_loader.h"
+#include "host/preferences.h"
 #include "host/settings.h"
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 
 namespace velmora {
 
+class CDSPProject;
 class IAudioSystem;
 class IMessageTarget;
 class IUserDialogs;
@@ -53,6 +56,14 @@ class CTonboxDoc
     [[nodiscard]] std::filesystem::path plugInFolder() const { return m_root / "PlugIns"; }
     [[nodiscard]] std::filesystem::path settingsFile() const { return m_root / "socket.log"; }
 
+    [[nodiscard]] std::filesystem::path cacheFolder() const { return m_root / "Cache"; }
+    [[nodiscard]] std::filesystem::path preferencesFile() const { return m_root / "preferences.txt"; }
+
+    // The open project; null for none. Another one replaces and deletes it.
+    [[nodiscard]] CDSPProject* project() const { return m_pProject.get(); }
+    void setProject(std::unique_ptr<CDSPProject> pProject);
+
+    [[nodiscard]] CPreferences& preferences() { return m_preferences; }
     [[nodiscard]] CSettings& settings() { return m_settings; }
 
     // False if the settings file could not be read or brought up to date; the user was told why.
@@ -77,6 +88,7 @@ class CTonboxDoc
     std::filesystem::path m_userFolder;
     std::filesystem::path m_root; // the same as an absolute path, whatever the current directory becomes
     CSettings m_settings;
+    CPreferences m_preferences;
     bool m_bSettingsUsable = true;
     CAudioDevices m_audioDevices;
     CTransport m_transport;
@@ -84,6 +96,7 @@ class CTonboxDoc
     CAudioEngine m_engine;
     COfflineProcessing m_offlineProcessing;
     CPlugInLoader m_plugInLoader;
+    std::unique_ptr<CDSPProject> m_pProject;
 };
 
 } // namespace velmora

@@ -1,0 +1,276 @@
+#include "base/audio_system.h"
+#include "document/project_commands.h"
+#include "document/tonbox_doc.h"
+#include "document/toolchain_choice.h"
+#include "host/plugin_library_image.h"
+#include "host/user_dsp_filter.h"
+#include "project/codegen/new_project_request.h"
+#include "project/codegen/project_history.h"
+#include "project/codegen/text_surgery.h"
+#include "project/control_list.h"
+#include "project/control_properties.h"
+#include "project/dsp_project.h"
+#include "project/user_variables.h"
+#include "support/test_support.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velmora {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class CNoAudioSystem : public IAudioSystem
+{
+  public:
+    bool initialize() override { return false; }
+    void terminate() override {}
+    std::vector<CAudioDeviceInfo> devices() const override { return {}; }
+    int defaultInputDevice() const override { return -1; }
+    int defaultOutputDevice() const override { return -1; }
+    bool isInputFormatSupported(int, int, double) const override { return false; }
+};
+
+class CNoView : public IMessageTarget
+{
+  public:
+    void post(unsigned, std::size_t, std::ptrdiff_t) override {}
+    std::ptrdiff_t send(unsigned, std::size_t, std::ptrdiff_t) override { return 0; }
+};
+
+// A document with a user folder of its own, and the commands on it.
+class ProjectCommands : public testing::Test
+{
+  protected:
+    ProjectCommands()
+    {
+        CTonboxDoc::CStartUp startUp;
+        startUp.m_userFolder = m_folder / "user";
+        startUp.m_bOpenAudioSystem = false;
+        startUp.m_bScanPlugIns = false;
+        EXPECT_TRUE(m_document.OnNewDocument(startUp));
+        m_pCommands = std::make_unique<CProjectCommands>(m_document, m_dialogs, BASE_CLASS_FOLDER);
+    }
+    ~ProjectCommands() override { fs::current_path("/"); }
+
+    bool newProject(const std::string& sName)
+    {
+        CNewProjectRequest request;
+        request.m_parentFolder = m_folder / "projects";
+        request.setName(sName);
+        fs::create_directories(request.m_parentFolder);
+        return commands().newProject(request);
+    }
+
+    // A float slider from 0 to 2.
+    bool addSlider(UINT uId, const std::string& sVariable, float fInitial)
+    {
+        CControlEdit edit = newControlEdit(*commands().project(), uId);
+        edit.m_sName = sVariable;
+        edit.m_sVariableName = sVariable;
+        edit.m_record.fUserDisplayDataHiLimit = 2.0F;
+        initialValueOf(edit.m_record) = fInitial;
+        return commands().acceptControl(edit, true);
+    }
+
+    // Replaces a text of the user's source; it must be there.
+    void changeSource(const std::string& sFrom, const std::string& sTo)
+    {
+        std::string sText = test::readFile(commands().project()->sourcePath());
+        EXPECT_GT(replaceAll(sText, sFrom, sTo), 0U) << sFrom;
+        test::writeFile(commands().project()->sourcePath(), sText);
+    }
+
+    // What the loaded plug-in makes of a sample of 1.0.
+    float output()
+    {
+        float fIn = 1.0F;
+        float fOut[2] = {};
+        const bool bDone = m_document.plugInLoader().current()->filter().processUserBuffer(
+            &fIn, fOut, 0, 1, 1, 1, nullptr, 0, false);
+        return bDone ? fOut[0] : -1.0F;
+    }
+
+    CPlugIn& plugIn() { return *m_document.plugInLoader().current()->plugIn(); }
+    CProjectCommands& commands() { return *m_pCommands; }
+
+    test::CTemporaryFolder m_folder;
+    test::CRecordingDialogs m_dialogs;
+    CNoView m_view;
+    CNoAudioSystem m_audioSystem;
+    CTonboxDoc m_document{m_dialogs, m_audioSystem, m_view};
+    std::unique_ptr<CProjectCommands> m_pCommands;
+};
+
+TEST_F(ProjectCommands, LeadFromNothingToSoundAndBack)
+{
+    ASSERT_TRUE(newProject("Loudness"));
+    ASSERT_TRUE(addSlider(0, "m_fVolume", 0.25F));
+    ASSERT_TRUE(addSlider(7, "m_fOther", 1.0F));
+    changeSource("* FIXED_VOLUME", "* m_fVolume");
+    changeSource("const float FIXED_VOLUME", "// const float FIXED_VOLUME");
+
+    CRebuildResult result = commands().rebuild({});
+    ASSERT_EQ(result.m_build.m_eState, EBuildState::succeeded) << result.m_build.m_sError;
+    ASSERT_TRUE(result.m_bLoaded);
+    EXPECT_EQ(result.m_sBuildId, buildIdOfFile(commands().builtLibrary()));
+    EXPECT_EQ(output(), 0.25F);
+
+    // A changed value follows into the next build; a new control starts at its initial value.
+    m_document.currentFilter()->setControlText(0, "0.75", false);
+    ASSERT_TRUE(commands().removeControl(7));
+    ASSERT_TRUE(addSlider(3, "m_fNew", 1.5F));
+    changeSource("* m_fVolume", "* m_fVolume * m_fNew");
+    const std::string sFirstId = result.m_sBuildId;
+    result = commands().rebuild({});
+    ASSERT_TRUE(result.m_bLoaded) << result.m_build.m_sError;
+    EXPECT_NE(result.m_sBuildId, sFirstId);
+    EXPECT_EQ(output(), 1.125F);
+    EXPECT_THAT(result.m_changes.m_carried, ElementsAre("m_fVolume"));
+    EXPECT_THAT(result.m_changes.m_new, ElementsAre("m_fNew"));
+    EXPECT_THAT(result.m_changes.m_dropped, ElementsAre("m_fOther"));
+    EXPECT_EQ(m_document.currentFilter()->getControlById(0)->m_sValue, "0.75");
+
+    CRebuildOptions fresh;
+    fresh.m_bStartFromInitialValues = true;
+    ASSERT_TRUE(commands().rebuild(fresh).m_bLoaded);
+    EXPECT_EQ(output(), 0.375F);
+    EXPECT_THAT(m_dialogs.m_messages, IsEmpty());
+}
+
+TEST_F(ProjectCommands, AFailedBuildLosesNeitherTheLibraryNorTheValues)
+{
+    ASSERT_TRUE(newProject("Loudness"));
+    ASSERT_TRUE(addSlider(0, "m_fVolume", 0.25F));
+    changeSource("* FIXED_VOLUME", "* (m_fVolume + 0 * FIXED_VOLUME)");
+    ASSERT_TRUE(commands().rebuild({}).m_bLoaded);
+    m_document.currentFilter()->setControlText(0, "0.5", false);
+    const std::string sLibrary = test::readFile(commands().builtLibrary());
+
+    changeSource("return true;", "return certainly;");
+    CRebuildOptions playOn;
+    playOn.m_bUnloadFirst = false;
+    CRebuildResult result = commands().rebuild(playOn);
+    EXPECT_EQ(result.m_build.m_eState, EBuildState::failed);
+    ASSERT_FALSE(result.m_build.m_messages.empty());
+    EXPECT_THAT(result.m_build.m_messages[0].m_sText, HasSubstr("certainly"));
+    EXPECT_GT(result.m_build.m_messages[0].m_nLine, 0);
+    EXPECT_EQ(output(), 0.5F) << "the old plug-in plays on";
+    EXPECT_EQ(test::readFile(commands().builtLibrary()), sLibrary);
+
+    result = commands().rebuild({});
+    EXPECT_EQ(result.m_build.m_eState, EBuildState::failed);
+    EXPECT_FALSE(m_document.plugInLoader().current()) << "a rebuild unloads first";
+
+    changeSource("return certainly;", "return true;");
+    ASSERT_TRUE(commands().rebuild({}).m_bLoaded);
+    EXPECT_EQ(output(), 0.5F) << "the value survives the failures";
+}
+
+TEST_F(ProjectCommands, EveryBuildRunsItsOwnCode)
+{
+    ASSERT_TRUE(newProject("Loudness"));
+    std::string sBefore = "= 0.5f";
+    CRebuildOptions playOn;
+    playOn.m_bUnloadFirst = false;
+    for (int i = 1; i <= 12; i++) {
+        const std::string sNow = "= " + std::to_string(i) + ".0f";
+        changeSource(sBefore, sNow);
+        const CRebuildResult result = commands().rebuild(playOn);
+        ASSERT_TRUE(result.m_bLoaded) << result.m_build.m_sError;
+        ASSERT_EQ(output(), static_cast<float>(i));
+        sBefore = sNow;
+    }
+    EXPECT_THAT(m_dialogs.m_notes, Not(Contains(HasSubstr("stays in memory"))));
+}
+
+TEST_F(ProjectCommands, RefuseWhatDoesNotFitTheSlot)
+{
+    EXPECT_FALSE(commands().writeCode());
+    EXPECT_FALSE(commands().clearProject());
+    EXPECT_THAT(m_dialogs.m_messages, testing::Each("Open or Create a new Project first!"));
+    EXPECT_FALSE(commands().rebuild({}).m_bLoaded);
+    EXPECT_FALSE(commands().synchronizeCode());
+    EXPECT_EQ(m_dialogs.m_messages.back(), "Open an existing, compiled Project first!");
+
+    ASSERT_TRUE(newProject("Loudness"));
+    ASSERT_TRUE(addSlider(0, "m_fVolume", 0.25F));
+    const std::string sHeader = test::readFile(commands().project()->headerPath());
+    EXPECT_FALSE(addSlider(0, "m_fSecond", 0.25F));
+    EXPECT_THAT(m_dialogs.m_messages.back(), HasSubstr("Slot 0 is taken by the control \"m_fVolume\""));
+    EXPECT_FALSE(addSlider(1, "m_fVolume", 0.25F));
+    EXPECT_FALSE(commands().removeControl(5));
+    EXPECT_FALSE(commands().savePreset("None loaded"));
+    EXPECT_EQ(test::readFile(commands().project()->headerPath()), sHeader);
+
+    const CUserVariableRequest variable{1, "m_fState", "0.5"};
+    ASSERT_TRUE(commands().addUserVariable(variable));
+    EXPECT_FALSE(commands().addUserVariable(variable));
+    EXPECT_EQ(m_dialogs.m_messages.back(), "Variable name is already in use as a user-variable.");
+    ASSERT_TRUE(commands().removeUserVariable("m_fState"));
+    EXPECT_EQ(test::readFile(commands().project()->headerPath()), sHeader);
+    EXPECT_FALSE(commands().removeUserVariable("m_fVolume")) << "a control is no user variable";
+}
+
+TEST_F(ProjectCommands, ARenameAsksAndKeepsTheOldSource)
+{
+    ASSERT_TRUE(newProject("Loudness"));
+    ASSERT_TRUE(addSlider(0, "m_fVolume", 0.25F));
+    changeSource("* FIXED_VOLUME", "* FIXED_VOLUME * m_fVolume");
+    CControlEdit edit = controlEditOf(*findControl(commands().project()->m_UIControlList, 0));
+    edit.m_sVariableName = "m_fLevel";
+    m_dialogs.m_bAnswer = true;
+    ASSERT_TRUE(commands().acceptControl(edit, false));
+    EXPECT_THAT(m_dialogs.m_questions, ElementsAre(HasSubstr("The variable name has changed.")));
+    const std::string sSource = test::readFile(commands().project()->sourcePath());
+    EXPECT_THAT(sSource, HasSubstr("* FIXED_VOLUME * m_fLevel;"));
+    EXPECT_THAT(test::readFile(commands().project()->headerPath()), HasSubstr("\tfloat m_fLevel;\n"));
+
+    const CProjectHistory history(commands().project()->folder());
+    bool bKept = false;
+    for (const auto& entry : history.entries())
+        bKept =
+            bKept || history.text(entry.m_uNumber)->find("FIXED_VOLUME * m_fVolume;") != std::string::npos;
+    EXPECT_TRUE(bKept);
+    EXPECT_TRUE(commands().rebuild({}).m_bLoaded);
+}
+
+TEST_F(ProjectCommands, AnEditSurvivesSourcesThatCanNotBeWritten)
+{
+    ASSERT_TRUE(newProject("Loudness"));
+    std::string sHeader = test::readFile(commands().project()->headerPath());
+    ASSERT_EQ(replaceAll(sHeader, "**--0x1A7F--**", "gone"), 1U);
+    test::writeFile(commands().project()->headerPath(), sHeader);
+    EXPECT_FALSE(addSlider(0, "m_fVolume", 0.25F));
+    EXPECT_THAT(m_dialogs.m_messages, ElementsAre("ERROR 001 while parsing .h file"));
+    EXPECT_EQ(test::readFile(commands().project()->headerPath()), sHeader);
+
+    const fs::path file = commands().project()->m_sProjectFile;
+    ASSERT_TRUE(commands().loadProject(file));
+    EXPECT_TRUE(findControl(commands().project()->m_UIControlList, 0))
+        << "the record is in the project's file";
+}
+
+TEST_F(ProjectCommands, AMovedProjectIsEditedWhereItLies)
+{
+    ASSERT_TRUE(newProject("Loudness"));
+    fs::rename(m_folder / "projects", m_folder / "elsewhere");
+    const fs::path file = m_folder / "elsewhere" / "Loudness" / "Loudness.prj";
+    ASSERT_TRUE(commands().loadProject(file));
+    ASSERT_TRUE(addSlider(0, "m_fVolume", 0.25F));
+    EXPECT_FALSE(fs::exists(m_folder / "projects"));
+    EXPECT_THAT(test::readFile(file.parent_path() / "Loudness.h"), HasSubstr("m_fVolume"));
+
+    ASSERT_TRUE(commands().openProject(file));
+    ASSERT_TRUE(commands().openProject(file));
+    EXPECT_THAT(commands().changedFiles(), IsEmpty()) << "a second opening changes nothing";
+}
+
+} // namespace
+} // namespace velmora
