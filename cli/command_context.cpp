@@ -3,6 +3,9 @@
 #include "cli/console_progress.h"
 #include "cli/help_text.h"
 
+#include <cerrno>
+#include <cstring>
+
 namespace velmora::cli {
 
 int CCommandContext::fail(std::string_view sText)
@@ -15,6 +18,15 @@ void CCommandContext::showReason(std::string_view sReason)
 {
     if (m_dialogs.lastMessage().find(sReason) == std::string::npos)
         m_dialogs.showMessage(sReason);
+}
+
+bool CCommandContext::print(std::string_view sText)
+{
+    removeProgressBar();
+    if (sText.empty() || (m_write && m_write(sText)))
+        return true;
+    m_dialogs.showMessage(std::string("The result cannot be written: ") + std::strerror(errno) + ".");
+    return false;
 }
 
 void CCommandContext::announce(std::string_view sText)

@@ -5,6 +5,7 @@
 #include "cli/console_dialogs.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 namespace velmora::cli {
@@ -32,8 +33,15 @@ class CCommandContext
     // empty when the environment names none.
     [[nodiscard]] const std::filesystem::path& userFolder() const { return m_userFolder; }
 
-    // What goes to standard output when the command has ended with EXIT_DONE.
+    // What goes to standard output when the command has ended, unless the line was wrong.
     std::string m_sResult;
+
+    // Where print() writes.
+    void setOutput(std::function<bool(std::string_view)> write) { m_write = std::move(write); }
+
+    // Writes to standard output at once, for a command that goes on and on. False if that fails, for which
+    // the command should end; the user has been told.
+    [[nodiscard]] bool print(std::string_view sText);
 
     // Shows sText and answers EXIT_FAILED.
     [[nodiscard]] int fail(std::string_view sText);
@@ -52,6 +60,7 @@ class CCommandContext
     CConsoleDialogs& m_dialogs;
     IProgress& m_progress;
     std::filesystem::path m_userFolder;
+    std::function<bool(std::string_view)> m_write;
 };
 
 } // namespace velmora::cli

@@ -238,11 +238,15 @@ int runPlugInInspect(CCommandContext& context)
     CHeadlessDocument document(context);
     if ((argument && !document.loadPlugIn(*argument)) || !document.applyFilterOptions())
         return EXIT_FAILED;
+    context.m_sResult = plugInResult(document, context.json());
+    return EXIT_DONE;
+}
+
+std::string plugInResult(CHeadlessDocument& document, bool bJson)
+{
     CLoadedPlugIn& loaded = *document->plugInLoader().current();
     const std::filesystem::path file = loaded.library()->path();
-    const auto print = context.json() ? plugInAsJson : plugInAsText;
-    context.m_sResult = print(*loaded.plugIn(), loaded.filter(), file);
-    return EXIT_DONE;
+    return (bJson ? plugInAsJson : plugInAsText)(*loaded.plugIn(), loaded.filter(), file);
 }
 
 } // namespace velmora::cli

@@ -6,8 +6,10 @@
 #include "cli/command_plugin.h"
 #include "cli/command_process.h"
 #include "cli/command_settings.h"
+#include "cli/project_command_rows.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace velmora::cli {
 
@@ -75,6 +77,7 @@ std::span<const COption> filterOptions()
          "Moves a control to a position, 0 (low end) to 256 (high end). May be given for many controls.",
          {EValueKind::PositionAssignment, 0, 256},
          true},
+        {"--preset", "FILE.spf", "Gives the controls the values of a preset file.", {FILE_NAME}, true},
     };
     return OPTIONS;
 }
@@ -84,13 +87,17 @@ std::span<const CCommandGroup> commandGroups()
     static const std::vector<CCommandGroup> GROUPS = {
         {"settings", "Reads and changes the settings file"},
         {"plugin", "Looks at plug-in libraries"},
+        {"project", "Makes, changes and builds the projects of plug-ins"},
+        {"preset", "Saves and loads presets of a project"},
     };
     return GROUPS;
 }
 
-std::span<const CCommand> commandTable()
+namespace {
+
+std::vector<CCommand> audioCommandRows()
 {
-    static const std::vector<CCommand> COMMANDS = {
+    return {
         {
             .m_sName = "settings show",
             .m_sSummary = "prints the settings file",
@@ -237,6 +244,12 @@ std::span<const CCommand> commandTable()
                            {"measure impulse --plugin Filter.so -o h.csv", "Saves an impulse response."}},
             .m_pRun = runMeasure,
         },
+    };
+}
+
+std::vector<CCommand> systemCommandRows()
+{
+    return {
         {
             .m_sName = "devices",
             .m_sSummary = "lists audio and MIDI devices",
@@ -276,6 +289,18 @@ std::span<const CCommand> commandTable()
             .m_pRun = runBench,
         },
     };
+}
+
+} // namespace
+
+std::span<const CCommand> commandTable()
+{
+    static const std::vector<CCommand> COMMANDS = [] {
+        std::vector<CCommand> all;
+        for (auto rows : {audioCommandRows(), projectCommandRows(), systemCommandRows()})
+            std::ranges::move(rows, std::back_inserter(all));
+        return all;
+    }();
     return COMMANDS;
 }
 

@@ -41,11 +41,21 @@ CWordList namesOf(const COption& option)
 std::vector<COption> optionsWithValue()
 {
     std::vector<COption> options;
+    const auto take = [&](const COption& option) {
+        const auto known = std::ranges::find(options, option.m_sName, &COption::m_sName);
+        if (known == options.end()) {
+            options.push_back(option);
+            return;
+        }
+        CWordList& choices = known->m_rule.m_choices;
+        for (const std::string_view sChoice : option.m_rule.m_choices)
+            if (std::ranges::find(choices, sChoice) == choices.end())
+                choices.push_back(sChoice);
+    };
     for (const CCommand& command : commandTable())
         for (const COption& option : optionsOf(command))
-            if (option.m_rule.m_eKind != EValueKind::Flag &&
-                std::ranges::find(options, option.m_sName, &COption::m_sName) == options.end())
-                options.push_back(option);
+            if (option.m_rule.m_eKind != EValueKind::Flag)
+                take(option);
     return options;
 }
 

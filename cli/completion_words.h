@@ -25,7 +25,8 @@ using CWordList = std::vector<std::string_view>;
 // Both names of an option, if it has two.
 [[nodiscard]] CWordList namesOf(const COption& option);
 
-// Of all commands: the options that take a value, each once, and all their names.
+// Of all commands: the options that take a value, each once with the choices that any command gives it, and
+// all their names.
 [[nodiscard]] std::vector<COption> optionsWithValue();
 [[nodiscard]] CWordList namesOfOptionsWithValue();
 

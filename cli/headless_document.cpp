@@ -4,6 +4,7 @@
 #include "host/dsp_filter.h"
 #include "host/dsp_filter_control.h"
 #include "host/guarded_call.h"
+#include "project/preset_file.h"
 
 namespace velmora::cli {
 
@@ -46,10 +47,15 @@ bool CHeadlessDocument::start()
     return m_document.OnNewDocument(startUp);
 }
 
-bool CHeadlessDocument::loadPlugIn(const std::filesystem::path& library)
+void CHeadlessDocument::guardPlugIn(std::string_view sName)
 {
     m_crashGuard.reset();
-    m_crashGuard.emplace(library.stem().string());
+    m_crashGuard.emplace(sName);
+}
+
+bool CHeadlessDocument::loadPlugIn(const std::filesystem::path& library)
+{
+    guardPlugIn(library.stem().string());
     CPlugInLoader& loader = m_document.plugInLoader();
     if (loader.loadPlugin(library, false))
         return true;
@@ -69,14 +75,31 @@ bool CHeadlessDocument::runPlugIn(const std::function<bool()>& work)
     return bDone;
 }
 
-bool CHeadlessDocument::applyFilterOptions()
+bool CHeadlessDocument::applyFilterOptions(const std::function<bool()>& onLoaded)
 {
     for (const CGivenOption& option : m_context.line().options()) {
-        if (option.m_sName == "--plugin" && !loadPlugIn(option.m_sValue))
+        const bool bLoads = option.m_sName == "--plugin";
+        if (bLoads && (!loadPlugIn(option.m_sValue) || (onLoaded && !runPlugIn(onLoaded))))
+            return false;
+        if (option.m_sName == "--preset" && !runPlugIn([&] { return applyPreset(option.m_sValue); }))
             return false;
         if (option.m_sName.starts_with("--set") && !runPlugIn([&] { return applyControlOption(option); }))
             return false;
     }
+    return true;
+}
+
+bool CHeadlessDocument::applyPreset(const std::filesystem::path& file)
+{
+    CDSPFilter* pFilter = m_document.currentFilter();
+    if (!pFilter || !pFilter->m_pPlugIn) {
+        m_context.dialogs().showMessage("The option --preset needs a plug-in: give --plugin ahead of it.");
+        return false;
+    }
+    if (!loadPreset(*pFilter->m_pPlugIn, file, m_context.dialogs()))
+        return false;
+    for (const auto& pControl : pFilter->m_ControlList)
+        pControl->updateFromVariable();
     return true;
 }
 

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <string_view>
 
 namespace velmora::cli {
 
@@ -29,15 +30,19 @@ class CHeadlessDocument
     // on. False if it cannot be loaded; the user has been told.
     [[nodiscard]] bool loadPlugIn(const std::filesystem::path& library);
 
-    // Applies the filter options in the order given. False if one cannot be applied; the user has been
-    // told.
-    [[nodiscard]] bool applyFilterOptions();
+    // From now on a crash inside a plug-in is told under this name and ends the program.
+    void guardPlugIn(std::string_view sName);
+
+    // Applies the filter options in the order given; behind the loading of a plug-in comes onLoaded, if
+    // given. False if one cannot be applied; the user has been told.
+    [[nodiscard]] bool applyFilterOptions(const std::function<bool()>& onLoaded = {});
 
     // Does work that calls the current filter. What the plug-in throws is told while its library is still
     // there, and makes the result false.
     [[nodiscard]] bool runPlugIn(const std::function<bool()>& work);
 
   private:
+    [[nodiscard]] bool applyPreset(const std::filesystem::path& file);
     [[nodiscard]] bool applyControlOption(const CGivenOption& option);
 
     CCommandContext& m_context;

@@ -7,7 +7,6 @@
 #include "cli/signal_guard.h"
 
 #include <cerrno>
-#include <cstring>
 #include <exception>
 #include <fcntl.h>
 #include <new>
@@ -70,6 +69,7 @@ int run(const std::vector<std::string>& words)
     CConsoleDialogs dialogs(line.text("--answer") == "yes", line.has("--quiet"));
     CConsoleProgress progress(line.has("--quiet"));
     CCommandContext context(line, dialogs, progress, absoluteUserFolder(line));
+    context.setOutput([&](std::string_view sText) { return output.write(sText.data(), sText.size()); });
 
     int nStatus = EXIT_DONE;
     if (line.wantsHelp())
@@ -82,8 +82,8 @@ int run(const std::vector<std::string>& words)
         nStatus = runCommand(context);
     removeProgressBar();
 
-    if (nStatus == EXIT_DONE && !output.write(context.m_sResult.data(), context.m_sResult.size()))
-        return context.fail(std::string("The result cannot be written: ") + std::strerror(errno) + ".");
+    if (nStatus != EXIT_USAGE && !context.print(context.m_sResult))
+        return EXIT_FAILED;
     return nStatus;
 }
 

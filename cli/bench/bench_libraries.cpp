@@ -35,7 +35,7 @@ CBenchFigure compileExample(const std::filesystem::path& library, CBenchSteps& s
         throw CBenchInterrupted();
     if (!result.m_bSucceeded)
         throw std::runtime_error(result.m_sError);
-    return {std::string("compile an example with ") + compiler.toolchain().m_pName, result.m_dSeconds, "s"};
+    return {std::string("compile an example with ") + compiler.name(), result.m_dSeconds, "s"};
 }
 
 void loadAndUnload(const std::filesystem::path& file)

@@ -203,7 +203,7 @@ CDemoTour::COutcome CDemoTour::compile()
     m_report.m_facts.push_back(
         {"Library", result.m_library.string() + " (" + sizeText(result.m_library) + ")"});
     m_report.m_facts.push_back({"Compiler", m_compiler.versionText()});
-    return {m_compiler.toolchain().m_pName, {}};
+    return {m_compiler.name(), {}};
 }
 
 CDemoTour::COutcome CDemoTour::load()

@@ -83,8 +83,8 @@ TEST_F(CPagesTest, BashCompletes)
     test::writeFile(m_folder / "a file.wav", "");
     test::writeFile(m_folder / "completion", bashCompletion());
     const std::vector<CCompletion> completions = {
-        {"pro", "process"},
-        {"--json pro", "process"},
+        {"proc", "process"},
+        {"--json proc", "process"},
         {"settings ''", "show set --json --user-folder --answer --quiet --help --version"},
         {"--user-folder plugin settings s", "show set"},
         {"measure ''", "impulse step frequency phase"},
@@ -92,6 +92,8 @@ TEST_F(CPagesTest, BashCompletes)
         {"measure step --format ''", "c matlab csv"},
         {"process --set 1=2 'a f'", "a file.wav"},
         {"process --mode ''", ""},
+        {"project add-c", "add-control"},
+        {"project add-variable P.prj --type U", "UINT"},
     };
     for (const CCompletion& completion : completions) {
         const std::string sScript = "source ./completion; compopt() { :; }; COMP_WORDS=(velmora-cli " +
