@@ -1,3 +1,4 @@
+#include "base/platform_file_lock.h"
 #include "base/text.h"
 #include "cli/command_context.h"
 #include "cli/command_project.h"
@@ -94,6 +95,8 @@ int showEntry(CCommandContext& context, const CProjectHistory& history, const CH
 
 int restoreEntry(CCommandContext& context, CProjectHistory& history, const CHistoryEntry& entry)
 {
+    CFileLock lock(history.folder().parent_path() / "lock"); // nobody else writes the project meanwhile
+    lock.take();
     if (!history.restore(entry.m_uNumber))
         return context.fail(history.error());
     context.m_sResult =

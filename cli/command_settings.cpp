@@ -5,9 +5,16 @@
 #include "cli/json_writer.h"
 #include "cli/text_table.h"
 
+#include <algorithm>
+
 namespace velmora::cli {
 
 namespace {
+
+std::string preferenceText(CTonboxDoc& document, const CPreferenceRow& row)
+{
+    return document.preferences().isOn(row.m_sName) ? "true" : "false";
+}
 
 int printSettings(CCommandContext& context, CTonboxDoc& document)
 {
@@ -26,6 +33,15 @@ int printSettings(CCommandContext& context, CTonboxDoc& document)
             json.endObject();
         }
         json.endArray();
+        json.key("preferences");
+        json.beginArray();
+        for (const CPreferenceRow& row : preferenceTable()) {
+            json.beginObject();
+            json.member("name", row.m_sName);
+            json.member("value", preferenceText(document, row));
+            json.endObject();
+        }
+        json.endArray();
         json.endObject();
         context.m_sResult = json.text();
         return EXIT_DONE;
@@ -34,7 +50,11 @@ int printSettings(CCommandContext& context, CTonboxDoc& document)
     for (const CSettingRow& row : settingsTable())
         table.addRow(
             {std::to_string(row.m_nLine), std::string(row.m_sName), document.settings().text(row.m_nLine)});
-    context.m_sResult = sPath + "\n\n" + table.text();
+    CTextTable preferences({"Preference", "Value"});
+    for (const CPreferenceRow& row : preferenceTable())
+        preferences.addRow({std::string(row.m_sName), preferenceText(document, row)});
+    context.m_sResult = sPath + "\n\n" + table.text() + "\n" + document.preferencesFile().string() + "\n\n" +
+                        preferences.text();
     return EXIT_DONE;
 }
 
@@ -46,6 +66,11 @@ int lineOf(const std::string& sLine)
         return settingLine(sLine);
     const bool bGood = *number >= 1 && *number <= static_cast<double>(SETTING_COUNT);
     return bGood && *number == static_cast<int>(*number) ? static_cast<int>(*number) : 0;
+}
+
+bool isPreference(const std::string& sName)
+{
+    return std::ranges::find(preferenceTable(), sName, &CPreferenceRow::m_sName) != preferenceTable().end();
 }
 
 // False if the settings cannot be used; the user has been told.
@@ -68,15 +93,21 @@ int runSettingsSet(CCommandContext& context)
 {
     const std::string sLine = *context.line().argument("LINE");
     const int nLine = lineOf(sLine);
-    if (nLine == 0)
-        return context.usageError("There is no settings line \"" + sLine + "\"; lines are 1 to " +
-                                  std::to_string(SETTING_COUNT) + ", or their names.");
+    const bool bPreference = isPreference(sLine);
+    if (nLine == 0 && !bPreference)
+        return context.usageError("There is no settings line or preference \"" + sLine +
+                                  "\"; lines are 1 to " + std::to_string(SETTING_COUNT) +
+                                  ", or their names. \"settings show\" lists all.");
     CHeadlessDocument document(context);
     if (!readSettings(document))
         return EXIT_FAILED;
+    const std::string sValue = *context.line().argument("VALUE");
     std::string sError;
-    if (!document->settings().set(nLine, *context.line().argument("VALUE"), sError) ||
-        !document->settings().save(document->settingsFile(), sError))
+    const bool bDone = bPreference ? document->preferences().set(sLine, sValue, sError) &&
+                                         document->preferences().save(document->preferencesFile(), sError)
+                                   : document->settings().set(nLine, sValue, sError) &&
+                                         document->settings().save(document->settingsFile(), sError);
+    if (!bDone)
         return context.fail(sError);
     return printSettings(context, *document);
 }

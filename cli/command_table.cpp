@@ -42,7 +42,8 @@ constexpr std::string_view PLUG_IN_JSON =
     R"("bLogSlider", "bExpSlider", "cEnumeratedList", "value", "m_sValue", "m_nPos", "m_fNormalized"}], )"
     R"("presets": [names]})";
 
-constexpr std::string_view SETTINGS_JSON = R"({"path", "lines": [{"line": 1, "name", "value"} ...]})";
+constexpr std::string_view SETTINGS_JSON =
+    R"({"path", "lines": [{"line": 1, "name", "value"} ...], "preferences": [{"name", "value"}]})";
 
 } // namespace
 
@@ -103,8 +104,9 @@ std::vector<CCommand> audioCommandRows()
             .m_sSummary = "prints the settings file",
             .m_sDescription =
                 "Reads the settings file of the user folder and prints each of its lines with its "
-                "name. A file that is missing is made with the defaults; an older, shorter one is "
-                "brought up to date.",
+                "name, then the preferences that stand in a file of their own. A settings file that is "
+                "missing "
+                "is made with the defaults; an older, shorter one is brought up to date.",
             .m_sJsonResult = SETTINGS_JSON,
             .m_examples = {{"settings show", "Shows all settings."}},
             .m_pRun = runSettingsShow,
@@ -113,14 +115,18 @@ std::vector<CCommand> audioCommandRows()
             .m_sName = "settings set",
             .m_sSummary = "changes one line of the settings file",
             .m_sDescription =
-                "Changes one line, rewrites the file and prints it. A value that does not fit the "
-                "line's type is refused, and the file stays as it is.",
-            .m_arguments = {{"LINE", "Number of the line, 1 to 71, or its name.", {TEXT}},
+                "Changes one line or preference, rewrites the file and prints all. A value that does not fit "
+                "the line's type is refused, and the file stays as it is.",
+            .m_arguments = {{"LINE",
+                             "Number of the line, 1 to 71, or its name; or the name of a preference.",
+                             {TEXT}},
                             {"VALUE", "The new value; an empty one is given as ''.", {TEXT}}},
             .m_sJsonResult = SETTINGS_JSON,
             .m_examples = {{"settings set 10 128", "Sets the number of frames per buffer to 128."},
                            {"settings set m_sCompanyName \"Loud Noises\"",
-                            "Names a line instead of counting."}},
+                            "Names a line instead of counting."},
+                           {"settings set startFromInitialValues true",
+                            "Has controls start anew after each rebuild."}},
             .m_pRun = runSettingsSet,
         },
         {
@@ -267,9 +273,12 @@ std::vector<CCommand> systemCommandRows()
             .m_sName = "demo",
             .m_sSummary = "shows what the workbench does, and writes a report of it",
             .m_sDescription =
-                "Compiles an example plug-in with the system's compiler, loads it, runs a recording through "
-                "it, measures it, and writes the results with their plots into one page, report.html. Change "
-                "the example's source in the folder and run it again: what you changed is kept.",
+                "Creates a project, adds controls, puts the sound into its class, builds and loads it, runs "
+                "a "
+                "recording through it, measures it, and writes the results with their plots into one page, "
+                "report.html. Change the project's source in the folder and run it again: what you changed "
+                "is "
+                "kept.",
             .m_arguments = {{"DIR", "Folder for what is made; velmora-demo unless given.", {FOLDER}, true}},
             .m_sJsonResult = R"({"report"})",
             .m_examples = {{"demo tour", "Writes tour/report.html."}},

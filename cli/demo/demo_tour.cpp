@@ -11,6 +11,11 @@
 #include "host/dsp_filter.h"
 #include "host/loaded_plugin.h"
 #include "plugin.h"
+#include "project/codegen/new_project_request.h"
+#include "project/compiler/command_line_compiler.h"
+#include "project/control_list.h"
+#include "project/control_properties.h"
+#include "project/dsp_project.h"
 
 #include <algorithm>
 #include <chrono>
@@ -23,9 +28,29 @@ namespace velmora::cli {
 
 namespace {
 
-constexpr const char* EXAMPLE = "ResonantFilter";
+constexpr const char* PROJECT = "Resonance";
 constexpr const char* ANOTHER_FOLDER = "Choose another one: velmora-cli demo DIR";
 constexpr int WAVEFORM_COLUMNS = 1200;
+
+// What is laid on the panel.
+struct CPanelControl
+{
+    UINT m_uSlot;
+    const char* m_pName;
+    const char* m_pUnits;
+    const char* m_pVariable;
+    float m_fLow;
+    float m_fHigh;
+    float m_fInitial;
+    const char* m_pList; // of a bank of buttons
+    bool m_bVoltPerOctave;
+};
+constexpr CPanelControl PANEL[] = {
+    {0, "Cutoff", "Hz", "m_fCutoff", 20.0F, 20480.0F, 1000.0F, "", true},
+    {1, "Resonance", "Q", "m_fResonance", 0.5F, 20.0F, 4.0F, "", false},
+    {2, "Level", "dB", "m_fLevel", -24.0F, 12.0F, 0.0F, "", false},
+    {41, "Mode", "", "m_uMode", 0.0F, 0.0F, 0.0F, "LOWPASS,BANDPASS,HIGHPASS,NOTCH", false},
+};
 
 // Where the controls are put: a low-pass that sings, with room for its resonance.
 struct CSetting
@@ -38,6 +63,12 @@ constexpr CSetting SETTINGS[] = {{"Cutoff", "640"}, {"Resonance", "6"}, {"Level"
 std::filesystem::path contractFolder()
 {
     return programDataFolder("BaseClassFiles");
+}
+
+// The author's source with that suffix.
+std::filesystem::path soundSource(const char* pSuffix)
+{
+    return programDataFolder("examples") / "FirstProject" / (std::string(PROJECT) + pSuffix);
 }
 
 std::optional<std::string> contentsOf(const std::filesystem::path& file)
@@ -97,18 +128,19 @@ CReportSound describeSound(const CRecording& recording, const std::filesystem::p
 } // namespace
 
 CDemoTour::CDemoTour(CCommandContext& context, std::filesystem::path folder)
-    : m_context(context), m_document(context), m_compiler(contractFolder()),
-      m_folder(std::filesystem::absolute(folder).lexically_normal()),
+    : m_context(context), m_document(context), m_folder(std::filesystem::absolute(folder).lexically_normal()),
       m_recording(programDataFolder("examples") / "audio" / "demo.wav")
 {
-    m_report.m_sPlugInName = EXAMPLE;
+    m_report.m_sPlugInName = PROJECT;
     m_report.m_sProgramVersion = VELMORA_VERSION;
 }
 
 bool CDemoTour::run()
 {
-    return takeStep("Copy the sources", [this] { return copySources(); }) &&
-           takeStep("Compile", [this] { return compile(); }) &&
+    return takeStep("Create a project", [this] { return createProject(); }) &&
+           takeStep("Add controls", [this] { return addControls(); }) &&
+           takeStep("Write the sound", [this] { return writeSound(); }) &&
+           takeStep("Build", [this] { return build(); }) &&
            takeStep("Probe and load", [this] { return load(); }) &&
            takeStep("Set the controls", [this] { return setControls(); }) &&
            takeStep("Process", [this] { return process(); }) &&
@@ -150,68 +182,118 @@ CDemoTour::COutcome CDemoTour::askAboutFiles()
     return {};
 }
 
-CDemoTour::COutcome CDemoTour::copySources()
+std::filesystem::path CDemoTour::projectFile() const
 {
-    const auto source = programDataFolder("examples") / EXAMPLE;
-    std::error_code error;
-    if (!std::filesystem::is_directory(source, error) || !std::filesystem::exists(m_recording, error) ||
-        contractFolder().empty())
-        return {{},
-                std::string("The example ") + EXAMPLE +
-                    ", its recording or the folder BaseClassFiles is missing beside the program. "
-                    "Build or install Velmora completely."};
-    if (COutcome outcome = askAboutFiles(); !outcome.m_sError.empty())
-        return outcome;
-    const auto target = m_folder / EXAMPLE;
-    std::filesystem::create_directories(target, error);
-    if (error)
-        return {{},
-                "The folder " + target.string() + " could not be made: " + error.message() + ". " +
-                    ANOTHER_FOLDER};
-    int nFiles = 0;
-    std::string sKept;
-    for (const auto& entry : std::filesystem::directory_iterator(source, error)) {
-        const auto sContents = entry.is_regular_file(error) ? contentsOf(entry.path()) : std::nullopt;
-        const std::string sName = entry.path().filename().string();
-        if (sContents && std::filesystem::is_regular_file(target / sName, error) &&
-            contentsOf(target / sName) != sContents) {
-            sKept += "; your changed " + sName + " was kept";
-            continue;
-        }
-        std::string sReason = "it cannot be read";
-        if (!sContents || !writeFileSafely(target / sName, *sContents, &sReason))
-            return {{},
-                    "The file " + sName + " could not be copied to " + target.string() + ": " + sReason +
-                        "."};
-        ++nFiles;
-    }
-    return {formatted("%d files to %s", nFiles, EXAMPLE) + sKept, {}};
+    return m_folder / PROJECT / (std::string(PROJECT) + ".prj");
 }
 
-CDemoTour::COutcome CDemoTour::compile()
+CDemoTour::COutcome CDemoTour::createProject()
 {
-    const auto folder = m_folder / EXAMPLE;
-    const auto source = folder / (std::string(EXAMPLE) + ".cpp");
-    const CCompileResult result = m_compiler.compile(
-        {{source}, {folder}, folder / (std::string(EXAMPLE) + PLUGIN_LIBRARY_SUFFIX)}, &m_context.progress());
-    if (!result.m_bSucceeded)
-        return {{}, result.m_sError + (result.m_sMessages.empty() ? "" : "\n" + result.m_sMessages)};
-    m_report.m_sCommandLine = result.m_sCommandLine;
+    std::error_code error;
+    if (!std::filesystem::exists(soundSource(".cpp"), error) ||
+        !std::filesystem::exists(m_recording, error) || contractFolder().empty())
+        return {
+            {},
+            "The sources of the first project, the recording or the folder BaseClassFiles is missing beside "
+            "the program. Build or install Velmora completely."};
+    if (COutcome outcome = askAboutFiles(); !outcome.m_sError.empty())
+        return outcome;
+    std::filesystem::create_directories(m_folder, error);
+    if (error)
+        return {{},
+                "The folder " + m_folder.string() + " could not be made: " + error.message() + ". " +
+                    ANOTHER_FOLDER};
+    CTonboxDoc::CStartUp startUp;
+    startUp.m_userFolder = m_folder / "workbench";
+    startUp.m_bOpenAudioSystem = false;
+    startUp.m_bScanPlugIns = false;
+    if (!m_document->OnNewDocument(startUp))
+        return {{}, m_context.dialogs().lastMessage()};
+    m_commands.emplace(*m_document, m_context.dialogs(), contractFolder());
+
+    m_bNewProject = !std::filesystem::exists(projectFile(), error);
+    CNewProjectRequest request;
+    request.m_parentFolder = m_folder;
+    request.setName(PROJECT);
+    const bool bDone =
+        m_bNewProject ? m_commands->newProject(request) : m_commands->loadProject(projectFile());
+    if (!bDone)
+        return {{}, m_context.dialogs().lastMessage()};
+    return {m_bNewProject ? projectFile().string() : "that of the last tour, as it is", {}};
+}
+
+// Slots that are taken keep what they have.
+CDemoTour::COutcome CDemoTour::addControls()
+{
+    std::string sDetail;
+    for (const CPanelControl& control : PANEL) {
+        if (findControl(m_commands->project()->m_UIControlList, control.m_uSlot))
+            continue;
+        CControlEdit edit = newControlEdit(*m_commands->project(), control.m_uSlot);
+        edit.m_sName = control.m_pName;
+        edit.m_sUnits = control.m_pUnits;
+        edit.m_sVariableName = control.m_pVariable;
+        edit.m_sEnumeratedList = control.m_pList;
+        edit.m_record.fUserDisplayDataLoLimit = control.m_fLow;
+        edit.m_record.fUserDisplayDataHiLimit = control.m_fHigh;
+        edit.m_record.bExpSlider = control.m_bVoltPerOctave;
+        initialValueOf(edit.m_record) = control.m_fInitial;
+        if (!m_commands->acceptControl(edit, true))
+            return {{}, m_context.dialogs().lastMessage()};
+        sDetail += (sDetail.empty() ? "" : ", ") + edit.m_sName;
+    }
+    return {sDetail.empty() ? "all there" : sDetail, {}};
+}
+
+// Puts the author's sources in the place of the skeleton's; the workbench then writes what stands between the
+// marks. The sources of an earlier tour may have been changed since and are kept.
+CDemoTour::COutcome CDemoTour::writeSound()
+{
+    if (m_bNewProject) {
+        for (const char* pSuffix : {".h", ".cpp"}) {
+            const auto sContents = contentsOf(soundSource(pSuffix));
+            const auto target = m_folder / PROJECT / (std::string(PROJECT) + pSuffix);
+            std::string sReason = "the example cannot be read";
+            if (!sContents || !writeFileSafely(target, *sContents, &sReason))
+                return {{}, "The file " + target.string() + " could not be written: " + sReason + "."};
+        }
+    }
+    if (!m_commands->writeCode())
+        return {{}, m_context.dialogs().lastMessage()};
+    return {std::string(m_bNewProject ? "" : "your ") + PROJECT + ".h and " + PROJECT + ".cpp" +
+                (m_bNewProject ? ", the controls' code between the marks" : ", kept"),
+            {}};
+}
+
+CDemoTour::COutcome CDemoTour::build()
+{
+    CRebuildOptions options;
+    options.m_bLoad = false;
+    options.m_pProgress = &m_context.progress();
+    const CBuildReport report = m_commands->rebuild(options).m_build;
+    if (report.m_eState != EBuildState::succeeded)
+        return {{},
+                report.m_sError.empty() ? m_context.dialogs().lastMessage()
+                                        : report.m_sError + "\n" + contentsOf(report.m_log).value_or("")};
+    const auto source = m_commands->project()->sourcePath();
+    m_report.m_sCommandLine = "velmora-cli project build " + projectFile().string();
     m_report.m_sSource = processingOperationIn(contentsOf(source).value_or(""));
     m_report.m_sSourceFile = source.filename().string();
-    m_report.m_highlights.push_back({"Compiled in", printedNumber(result.m_dSeconds, 2) + " s"});
+    m_report.m_highlights.push_back({"Built in", printedNumber(report.m_dSeconds, 2) + " s"});
+    m_report.m_facts.push_back({"Project", projectFile().string()});
     m_report.m_facts.push_back(
-        {"Library", result.m_library.string() + " (" + sizeText(result.m_library) + ")"});
-    m_report.m_facts.push_back({"Compiler", m_compiler.versionText()});
-    return {m_compiler.name(), {}};
+        {"Library", report.m_library.string() + " (" + sizeText(report.m_library) + ")"});
+    const CCommandLineCompiler compiler(contractFolder(), m_commands->compilers().chosenId());
+    m_report.m_facts.push_back({"Compiler", compiler.versionText()});
+    return {compiler.name(), {}};
 }
 
 CDemoTour::COutcome CDemoTour::load()
 {
-    const auto library = m_folder / EXAMPLE / (std::string(EXAMPLE) + PLUGIN_LIBRARY_SUFFIX);
+    const auto library = m_commands->builtLibrary();
     const auto start = std::chrono::steady_clock::now();
     if (!m_document.loadPlugIn(library))
-        return {{}, "The library " + library.string() + " was compiled but could not be loaded."};
+        return {{}, "The library " + library.string() + " was built but could not be loaded."};
     m_report.m_highlights.push_back({"Loaded in", printedNumber(millisecondsSince(start), 1) + " ms"});
     const unsigned uVersion = m_document->plugInLoader().current()->plugIn()->m_uPlugInVersion;
     m_report.m_facts.push_back({"Contract", "version " + std::to_string(uVersion)});
@@ -229,8 +311,8 @@ CDemoTour::COutcome CDemoTour::setControls()
         if (found == filter.m_ControlList.end() ||
             !filter.setControlText((*found)->uControlId, setting.m_pValue, false))
             return {{},
-                    "The example has no control \"" + std::string(setting.m_sControl) +
-                        "\" that can be set. Is its source the one that came with the program?"};
+                    "The plug-in has no control \"" + std::string(setting.m_sControl) +
+                        "\" that can be set. " + ANOTHER_FOLDER};
         sDetail += (sDetail.empty() ? "" : ", ") + (*found)->m_sName + " " + valueText(**found);
     }
     describeControls();
@@ -323,9 +405,10 @@ void CDemoTour::describeResults()
     double dTotal = 0.0;
     for (const CReportStep& step : m_report.m_steps)
         dTotal += step.m_dMilliseconds;
-    m_report.m_sSummary = "A plug-in that was compiled from its source, loaded into the running program, "
-                          "heard and measured, all within " +
-                          printedNumber(dTotal / 1000.0, 2) + " seconds.";
+    m_report.m_sSummary =
+        "A project that was made from nothing, given controls and sound, built, loaded into the "
+        "running program, heard and measured, all within " +
+        printedNumber(dTotal / 1000.0, 2) + " seconds.";
 }
 
 CDemoTour::COutcome CDemoTour::writeReport()

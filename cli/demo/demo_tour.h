@@ -3,18 +3,20 @@
 #include "cli/command_context.h"
 #include "cli/demo/demo_report.h"
 #include "cli/headless_document.h"
-#include "project/compiler/command_line_compiler.h"
+#include "document/project_commands.h"
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace velmora::cli {
 
-// The way from an example's source to sound, in steps: copy, compile, load, set the controls, process a
-// recording, measure, write the report. All files are made below one folder. Those of an earlier tour are
-// replaced there, but for a source that was changed, which is kept and compiled; whether a report or a sound
-// of other origin may be overwritten is asked. [main]
+// The way from nothing to sound, in steps: create a project, add controls, write its sound, build, load, set
+// the controls, process a recording, measure, write the report. All files are made below one folder, a user
+// folder for the tour among them. Those of an earlier tour are replaced there, but for the project, whose
+// controls and sources are kept as they are; whether a report or a sound of other origin may be overwritten
+// is asked. [main]
 class CDemoTour
 {
   public:
@@ -31,6 +33,8 @@ class CDemoTour
     [[nodiscard]] std::filesystem::path processedFile() const { return m_folder / "processed.wav"; }
 
   private:
+    [[nodiscard]] std::filesystem::path projectFile() const;
+
     // What a step found out, for its line; an empty m_sError means success.
     struct COutcome
     {
@@ -40,8 +44,10 @@ class CDemoTour
 
     bool takeStep(const char* pName, const std::function<COutcome()>& step);
     COutcome askAboutFiles();
-    COutcome copySources();
-    COutcome compile();
+    COutcome createProject();
+    COutcome addControls();
+    COutcome writeSound();
+    COutcome build();
     COutcome load();
     COutcome setControls();
     COutcome process();
@@ -54,8 +60,9 @@ class CDemoTour
 
     CCommandContext& m_context;
     CHeadlessDocument m_document;
-    CCommandLineCompiler m_compiler;
+    std::optional<CProjectCommands> m_commands; // when the tour's user folder is ready
     std::filesystem::path m_folder;
+    bool m_bNewProject = false;
     std::filesystem::path m_recording;
     double m_dRecordingRate = 44100.0; // Hz
     CDemoReport m_report;

@@ -189,10 +189,12 @@ void CPlugInLoader::prepareNewFilter(CLoadedPlugIn& plugIn)
     m_dialogs.note("prepareForPlay()");
 }
 
-// The values that were handed over serve one load.
+// What carryOver() handed over serves one load.
 void CPlugInLoader::carryValuesOver(CUserDSPFilter& filter)
 {
     m_changes = {};
+    if (const auto onFresh = std::exchange(m_onFresh, {}))
+        onFresh(*filter.m_pPlugIn);
     const CControlValues values = std::exchange(m_carriedValues, {});
     if (values.isEmpty())
         return;

@@ -6,6 +6,7 @@
 #include "host/plugin_scanner.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -46,8 +47,13 @@ class CPlugInLoader
     [[nodiscard]] const std::string& reason() const { return m_sReason; }
 
     // The next plug-in that loadPlugin() loads gets these values, ahead of its first buffer; changes() then
-    // tells what became of them. Without this call it starts from its initial values.
-    void carryOver(CControlValues values) { m_carriedValues = std::move(values); }
+    // tells what became of them. Without this call it starts from its initial values. onFresh, if given,
+    // sees the plug-in while it still has those; audio is held meanwhile.
+    void carryOver(CControlValues values, std::function<void(CPlugIn&)> onFresh = {})
+    {
+        m_carriedValues = std::move(values);
+        m_onFresh = std::move(onFresh);
+    }
     [[nodiscard]] const CControlChanges& changes() const { return m_changes; }
 
     // Takes the plug-in that was loaded out of the engine, deletes it and frees its library. bQuiet shows no
@@ -90,6 +96,7 @@ class CPlugInLoader
     std::unique_ptr<CLoadedPlugIn> m_loaded;               // the current filter, if it is a plug-in
     std::vector<CScanEntry> m_scanEntries;
     CControlValues m_carriedValues;
+    std::function<void(CPlugIn&)> m_onFresh;
     CControlChanges m_changes;
     std::string m_sReason;
     bool m_bRebuildRequested = false;

@@ -25,6 +25,7 @@
 #include "project/control_properties.h"
 #include "project/control_slots.h"
 #include "project/dsp_project.h"
+#include "project/preset_file.h"
 #include "project/preset_folder.h"
 #include "project/project_file.h"
 #include "project/user_variables.h"
@@ -141,6 +142,7 @@ bool CProjectCommands::newProject(const CNewProjectRequest& request)
     unloadPlugIn();
     m_keptValues = {};
     m_document.setProject(std::move(pProject));
+    describeForEditors();
     if (ICompilerAccess* pEditor = editorAccess())
         static_cast<void>(pEditor->makeAvailable(*project()));
     return true;
@@ -171,6 +173,7 @@ bool CProjectCommands::openProject(const std::filesystem::path& file)
     unloadPlugIn();
     m_keptValues = {};
     m_document.setProject(std::move(opened.m_pProject));
+    describeForEditors();
     if (ICompilerAccess* pEditor = editorAccess())
         static_cast<void>(pEditor->makeAvailable(*project()));
     return true;
@@ -390,8 +393,22 @@ bool CProjectCommands::prepareBuild(CRebuildResult& result, const CRebuildOption
         return false;
     result.m_dWriteSeconds = writing.seconds();
 
+    describeForEditors();
     deleteBuildResults(compiler.compilerId(), *project());
-    return compiler.rebuild(*project());
+    if (compiler.rebuild(*project()))
+        return true;
+    const std::string sReason = compiler.lastError();
+    m_dialogs.showMessage(sReason.empty() ? "The compiler could not be asked to rebuild." : sReason);
+    return false;
+}
+
+// What a language server needs to know to read the project's sources.
+void CProjectCommands::describeForEditors()
+{
+    static const std::vector<std::string> FLAGS = {"-std=c++20", "-fPIC", "-fvisibility=hidden", "-Wall",
+                                                   "-Wextra"};
+    if (writeCompileCommands(project()->folder(), "c++", FLAGS))
+        m_changedFiles.push_back(project()->folder() / "compile_commands.json");
 }
 
 void CProjectCommands::loadResult(CRebuildResult& result, const CRebuildOptions& options)
@@ -400,8 +417,7 @@ void CProjectCommands::loadResult(CRebuildResult& result, const CRebuildOptions&
     CPlugInLoader& loader = m_document.plugInLoader();
     const bool bKeepValues =
         !options.m_bStartFromInitialValues && !m_document.preferences().isOn(START_FROM_INITIAL_VALUES);
-    loader.carryOver(bKeepValues ? m_keptValues : CControlValues());
-    if (!loader.loadPlugin(result.m_build.m_library, m_document.transport().hasAudioThread()))
+    if (!loadLibrary(result.m_build.m_library, bKeepValues ? m_keptValues : CControlValues()))
         return;
     result.m_bLoaded = true;
     result.m_changes = loader.changes();
@@ -417,8 +433,21 @@ bool CProjectCommands::loadBuiltPlugIn()
 {
     if (!requireProject(NO_BUILT_PROJECT))
         return false;
+    return loadLibrary(builtLibrary(), {});
+}
+
+// The values that the plug-in was made with are the factory preset, whatever it is given afterwards.
+bool CProjectCommands::loadLibrary(const std::filesystem::path& library, CControlValues values)
+{
     CPlugInLoader& loader = m_document.plugInLoader();
-    return loader.loadPlugin(builtLibrary(), m_document.transport().hasAudioThread()) != nullptr;
+    std::string sFactoryPreset;
+    loader.carryOver(std::move(values), [&sFactoryPreset](CPlugIn& plugIn) {
+        sFactoryPreset = presetText(plugIn, FACTORY_PRESET_NAME);
+    });
+    if (!loader.loadPlugin(library, m_document.transport().hasAudioThread()))
+        return false;
+    static_cast<void>(CPresetFolder(project()->folder()).setUp(sFactoryPreset, m_dialogs));
+    return true;
 }
 
 void CProjectCommands::unloadPlugIn()

@@ -121,6 +121,8 @@ class CProjectCommands
     bool renameVariable(const std::string& sFrom, const std::string& sTo);
     bool prepareBuild(CRebuildResult& result, const CRebuildOptions& options);
     void loadResult(CRebuildResult& result, const CRebuildOptions& options);
+    bool loadLibrary(const std::filesystem::path& library, CControlValues values);
+    void describeForEditors();
 
     CTonboxDoc& m_document;
     IUserDialogs& m_dialogs;

@@ -1,6 +1,7 @@
 #include "host/settings_table.h"
 
 #include "base/text.h"
+#include "host/preferences.h"
 
 #include <algorithm>
 
@@ -113,6 +114,15 @@ Compilers of line 5: 4000 Visual C++ 2008 Express, 4001 Code::Blocks, 4002 2010 
 4007 2013 Express, 4008 2013 Professional/Community, 4009 2015 Professional/Community,
 4010 GCC (command line), 4011 Clang (command line).
 
+## Preferences
+
+Switches that came later stand in a second file beside it, `preferences.txt`, with `name = true` or
+`name = false` on a line. A switch that is missing there has its default, and lines that the program does not
+know stay as they are. `settings show` lists them too, and `settings set NAME true` changes one.
+
+)";
+
+constexpr std::string_view MARKDOWN_END = R"(
 This page is made from the program's own table by the test `SettingsTable.DocumentationIsUpToDate`; run
 it with `VELMORA_UPDATE_DOCS=1` to renew the page.
 )";
@@ -160,7 +170,12 @@ std::string settingsTableAsMarkdown()
         sText += std::string(settingTypeName(row.m_eType)) + " | " + markdownDefault(row) + " | ";
         sText += std::string(row.m_sMeaning) + " |\n";
     }
-    return sText += MARKDOWN_TAIL;
+    sText += MARKDOWN_TAIL;
+    sText += "| Name | Default | Meaning |\n|---|---|---|\n";
+    for (const CPreferenceRow& row : preferenceTable())
+        sText += "| `" + std::string(row.m_sName) + "` | `" + (row.m_bDefault ? "true" : "false") + "` | " +
+                 std::string(row.m_sHelp) + " |\n";
+    return sText += MARKDOWN_END;
 }
 
 } // namespace velmora

@@ -148,6 +148,11 @@ bool savePreset(CPlugIn& plugIn, const std::filesystem::path& path, std::string_
         dialogs.showMessage("The plug-in failed to tell its values (" + *sThrown + "); nothing was saved.");
         return false;
     }
+    return writePreset(path, sText, dialogs);
+}
+
+bool writePreset(const std::filesystem::path& path, std::string_view sText, IUserDialogs& dialogs)
+{
     CSafeFile file(path);
     std::ofstream stream(file.path(), std::ios::binary);
     if (!stream) {

@@ -26,6 +26,10 @@ inline constexpr std::string_view PRESET_SUFFIX = ".spf";
 [[nodiscard]] bool savePreset(CPlugIn& plugIn, const std::filesystem::path& path, std::string_view sName,
                               IUserDialogs& dialogs);
 
+// The same with a text that was taken earlier.
+[[nodiscard]] bool writePreset(const std::filesystem::path& path, std::string_view sText,
+                               IUserDialogs& dialogs);
+
 // Gives the plug-in the values of a file, as far as it goes: each known control its value, int and UINT
 // rounded and held to what the type can take, with userInterfaceChange() behind each and once more with -1;
 // then track pad and joystick. Additional values are not handed on: a plug-in has no operation that takes

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <tuple>
 
@@ -54,6 +56,18 @@ bool CPresetFolder::setUp(CPlugIn& plugIn, IUserDialogs& dialogs)
     std::error_code toldBySaving;
     std::filesystem::create_directories(m_folder, toldBySaving);
     const bool bSaved = savePreset(plugIn, slotFile(0), FACTORY_PRESET_NAME, dialogs);
+    loadPresetNames();
+    return bSaved;
+}
+
+bool CPresetFolder::setUp(std::string_view sFactoryText, IUserDialogs& dialogs)
+{
+    std::error_code toldBySaving;
+    std::filesystem::create_directories(m_folder, toldBySaving);
+    std::ifstream present(slotFile(0), std::ios::binary);
+    const std::string sPresent((std::istreambuf_iterator<char>(present)), {});
+    const bool bSaved =
+        (present && sPresent == sFactoryText) || writePreset(slotFile(0), sFactoryText, dialogs);
     loadPresetNames();
     return bSaved;
 }

@@ -33,6 +33,10 @@ class CPresetFolder
     // values, and reads the names. False after a failure, which is shown.
     [[nodiscard]] bool setUp(CPlugIn& plugIn, IUserDialogs& dialogs);
 
+    // The same with the text of a factory preset that was taken when the plug-in was made. A file that holds
+    // it already is left alone.
+    [[nodiscard]] bool setUp(std::string_view sFactoryText, IUserDialogs& dialogs);
+
     // The factory preset, then every other preset file: numbered ones by number, others by file name.
     void loadPresetNames();
     [[nodiscard]] const std::vector<CEntry>& entries() const { return m_entries; }

@@ -46,6 +46,15 @@ TEST_F(CCliSettingsTest, SetsALineByNumberOrName)
     EXPECT_EQ(readFile(userFolder() / "socket.log"), sBefore);
 }
 
+TEST_F(CCliSettingsTest, PreferencesStandBesideTheLines)
+{
+    EXPECT_EQ(runForJson({"settings", "show"})["preferences"][0]["value"].text(), "false");
+    const CJsonValue shown = runForJson({"settings", "set", "startFromInitialValues", "true"});
+    EXPECT_EQ(shown["preferences"][0]["name"].text(), "startFromInitialValues");
+    EXPECT_EQ(runForJson({"settings", "show"})["preferences"][0]["value"].text(), "true");
+    expectFailure({"settings", "set", "startFromInitialValues", "perhaps"}, 1, {"\"perhaps\""});
+}
+
 TEST_F(CCliSettingsTest, TakesAnotherUserFolder)
 {
     const CJsonValue result = runForJson({"settings", "show", "--user-folder", "mine"});

@@ -165,38 +165,38 @@ class CDemoCommandTest : public test::CCliTest
             EXPECT_GT(test::occurrences(sPath, "L"), 80) << pPlot;
         }
         EXPECT_GT(test::between(sHtml, "src=\"data:audio/wav;base64,", "\"").size(), 900000u);
-        EXPECT_NE(sHtml.find("processChannelBuffers"), std::string::npos);
+        EXPECT_NE(sHtml.find("CResonance::processAudioFrame"), std::string::npos);
     }
 };
 
 TEST_F(CDemoCommandTest, MakesLibrarySoundAndReportTwice)
 {
     const auto target = m_folder / "velmora-demo";
-    std::filesystem::create_directories(target / "ResonantFilter");
+    std::filesystem::create_directories(target);
     test::writeFile(target / "mine.txt", "mine");
-    test::writeFile(target / "ResonantFilter" / "mine.txt", "mine");
 
     EXPECT_EQ(runForJson({"demo"})["report"].text(), (target / "report.html").string());
     const auto entries = test::entriesOf(target);
-    const auto pluginEntries = test::entriesOf(target / "ResonantFilter");
-    EXPECT_EQ(entries,
-              (std::vector<std::string>{"ResonantFilter", "mine.txt", "processed.wav", "report.html"}));
-    EXPECT_EQ(std::ranges::count(pluginEntries, "ResonantFilter.so"), 1);
+    const auto projectEntries = test::entriesOf(target / "Resonance");
+    EXPECT_EQ(entries, (std::vector<std::string>{"Resonance", "mine.txt", "processed.wav", "report.html",
+                                                 "workbench"}));
+    EXPECT_TRUE(std::filesystem::exists(target / "workbench/PlugIns/Resonance.so"));
+    EXPECT_FALSE(std::filesystem::exists(userFolder())) << "the tour has a user folder of its own";
 
-    const auto source = target / "ResonantFilter" / "ResonantFilter.cpp";
+    const auto source = target / "Resonance" / "Resonance.cpp";
     const std::string sChanged = test::readFile(source) + "// mine\n";
     test::writeFile(source, sChanged);
     const test::CProgramEnd again = run({"demo", "velmora-demo"});
     EXPECT_EQ(again.m_nExitStatus, 0) << again.m_sErrors;
     EXPECT_EQ(again.m_sOutput, (target / "report.html").string() + "\n");
-    for (const char* pStep : {"your changed ResonantFilter.cpp was kept", "Compile", "load", "controls",
-                              "Process", "Compare", "Measure", "Write"})
+    for (const char* pStep :
+         {"that of the last tour", "all there", "your Resonance.h and Resonance.cpp, kept", "Build", "load",
+          "Set the controls", "Process", "Compare", "Measure", "Write"})
         EXPECT_NE(again.m_sErrors.find(pStep), std::string::npos) << pStep;
     EXPECT_EQ(test::entriesOf(target), entries);
-    EXPECT_EQ(test::entriesOf(target / "ResonantFilter"), pluginEntries);
+    EXPECT_EQ(test::entriesOf(target / "Resonance"), projectEntries);
     EXPECT_EQ(test::readFile(source), sChanged);
     EXPECT_EQ(test::readFile(target / "mine.txt"), "mine");
-    EXPECT_EQ(test::readFile(target / "ResonantFilter" / "mine.txt"), "mine");
 
     checkReport(test::readFile(target / "report.html"));
     std::string sError;

@@ -10,6 +10,8 @@
 #include "project/control_list.h"
 #include "project/control_properties.h"
 #include "project/dsp_project.h"
+#include "project/preset.h"
+#include "project/preset_file.h"
 #include "project/user_variables.h"
 #include "support/test_support.h"
 
@@ -137,9 +139,14 @@ TEST_F(ProjectCommands, LeadFromNothingToSoundAndBack)
     EXPECT_THAT(result.m_changes.m_dropped, ElementsAre("m_fOther"));
     EXPECT_EQ(m_document.currentFilter()->getControlById(0)->m_sValue, "0.75");
 
-    CRebuildOptions fresh;
-    fresh.m_bStartFromInitialValues = true;
-    ASSERT_TRUE(commands().rebuild(fresh).m_bLoaded);
+    const CPreset factory = readPreset(commands().project()->folder() / "Presets/0.spf");
+    EXPECT_EQ(factory.controlValue(0), 0.25) << "the plug-in as it was made, not as it was carried on";
+    EXPECT_THAT(test::readFile(commands().project()->folder() / "compile_commands.json"),
+                HasSubstr("Loudness.cpp"));
+
+    std::string sError;
+    ASSERT_TRUE(m_document.preferences().set(START_FROM_INITIAL_VALUES, "true", sError));
+    ASSERT_TRUE(commands().rebuild({}).m_bLoaded);
     EXPECT_EQ(output(), 0.375F);
     EXPECT_THAT(m_dialogs.m_messages, IsEmpty());
 }

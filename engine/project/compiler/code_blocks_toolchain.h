@@ -43,7 +43,7 @@ class CCodeBlocksToolchain : public IToolchain
     void setMainWindow(CWindowHandle hWindow) { m_driver.setMainWindow(hWindow); }
 
     // Why the last operation that returned false did so, and what to do.
-    [[nodiscard]] const std::string& lastError() const { return m_sLastError; }
+    [[nodiscard]] std::string lastError() const override { return m_sLastError; }
 
   private:
     void follow(const CDSPProject& project);

@@ -66,8 +66,13 @@ class IToolchain : public ICompilerAccess
     // Looks for the compiler and what it is at.
     [[nodiscard]] virtual ECompilerState state(const CDSPProject& project) = 0;
 
-    // Asks for a rebuild and returns at once. False if it could not be asked for.
+    // Asks for a rebuild and returns when it has begun: at once, or when a window has taken the keys, which
+    // may take it seconds. False if it could not be asked for.
     [[nodiscard]] virtual bool rebuild(const CDSPProject& project) = 0;
+
+    // Why the operation that answered false last did so, and what to do about it; empty where that is not
+    // known.
+    [[nodiscard]] virtual std::string lastError() const { return {}; }
 
     // Waits for the end of the build, at most so long. pProgress is asked meanwhile and may stop it. The
     // report says building if the time ran out.
