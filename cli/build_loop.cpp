@@ -70,7 +70,7 @@ bool CBuildLoop::buildOnce(const std::vector<std::string>& changed)
 {
     CRebuildResult result;
     const auto start = std::chrono::steady_clock::now();
-    if (!m_project->writeCode()) {
+    if (!m_project.checkMarks() || !m_project->writeCode()) {
         result.m_build.m_eState = EBuildState::failed;
         result.m_build.m_sError = m_context.dialogs().lastMessage();
         return print(result, changed);

@@ -35,7 +35,8 @@ class CPresetSession
         m_projectFolder = m_project->project()->folder();
         const auto setUp = [&] {
             CPlugIn& plugIn = *m_project.document()->plugInLoader().current()->plugIn();
-            return presets().setUp(plugIn, m_context.dialogs()) && (!onLoaded || onLoaded());
+            return isOfTheProject(plugIn) && presets().setUp(plugIn, m_context.dialogs()) &&
+                   (!onLoaded || onLoaded());
         };
         return m_project.document().applyFilterOptions(setUp) ? EXIT_DONE : EXIT_FAILED;
     }
@@ -55,6 +56,19 @@ class CPresetSession
     }
 
   private:
+    // False for another plug-in, whose values would overwrite the project's factory preset; the user has been
+    // told.
+    bool isOfTheProject(const CPlugIn& plugIn)
+    {
+        const std::string sProject = m_project->project()->m_sProjectName;
+        const std::filesystem::path library = *m_context.line().text("--plugin");
+        if (library.stem() == sProject || plugIn.m_PlugInName == sProject)
+            return true;
+        m_context.dialogs().showMessage("The plug-in " + library.filename().string() +
+                                        " does not belong to the project " + sProject + ".");
+        return false;
+    }
+
     CCommandContext& m_context;
     CHeadlessProject m_project;
     std::filesystem::path m_projectFolder;

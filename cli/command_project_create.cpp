@@ -32,11 +32,15 @@ std::string stockObjectNamed(CCommandContext& context, const std::string& sName)
     return {};
 }
 
-// False if a module or stock object is not there; the user has been told.
-bool takeModules(CCommandContext& context, CNewProjectRequest& request)
+// False if a solution, module or stock object is not there; the user has been told.
+bool takeFiles(CCommandContext& context, CNewProjectRequest& request)
 {
     for (const CGivenOption& option : context.line().options()) {
         std::error_code error;
+        if (option.m_sName == "--solution" && !std::filesystem::is_regular_file(option.m_sValue, error)) {
+            context.dialogs().showMessage("There is no solution file " + option.m_sValue + ".");
+            return false;
+        }
         if (option.m_sName == "--module") {
             request.m_modules.emplace_back(option.m_sValue);
             if (!std::filesystem::is_regular_file(option.m_sValue, error)) {
@@ -115,7 +119,7 @@ int runProjectCreate(CCommandContext& context)
     if (!project.start())
         return EXIT_FAILED;
     CNewProjectRequest request = requestOf(context.line(), project.document()->settings());
-    if (!takeModules(context, request))
+    if (!takeFiles(context, request))
         return EXIT_FAILED;
     if (!checkNewProject(request, true, context.dialogs()))
         return EXIT_FAILED;
@@ -131,6 +135,8 @@ int runProjectOpen(CCommandContext& context)
 {
     CHeadlessProject project(context);
     if (!project.start())
+        return EXIT_FAILED;
+    if (!project.isThere(*context.line().argument("FILE")))
         return EXIT_FAILED;
     project.lock(*context.line().argument("FILE"));
     if (!project->openProject(*context.line().argument("FILE")))

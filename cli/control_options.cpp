@@ -98,11 +98,20 @@ std::string applyMIDI(CControlEdit& edit, const std::string& sValue)
     return {};
 }
 
+// For which kind of variable a slider's option has a meaning.
+enum class ETypes
+{
+    Any,
+    Numbers,
+    List
+};
+
 struct CControlOption
 {
     std::string_view m_sName;
     unsigned m_uForms; // where it has a meaning
     std::variant<std::string CControlEdit::*, float CUICtrl::*, UINT CUICtrl::*, CFlag, CFunction> m_target;
+    ETypes m_eTypes = ETypes::Any;
 };
 
 // In the order in which they are applied: the data type decides which initial value is meant.
@@ -111,14 +120,16 @@ const CControlOption OPTIONS[] = {
     {"--variable", EVERY, applyVariable},
     {"--units", SLIDER | LISTS, &CControlEdit::m_sUnits},
     {"--type", SLIDER | LISTS, applyType},
-    {"--lo", SLIDER, &CUICtrl::fUserDisplayDataLoLimit},
-    {"--hi", SLIDER, &CUICtrl::fUserDisplayDataHiLimit},
+    {"--lo", SLIDER, &CUICtrl::fUserDisplayDataLoLimit, ETypes::Numbers},
+    {"--hi", SLIDER, &CUICtrl::fUserDisplayDataHiLimit, ETypes::Numbers},
     {"--init", SLIDER | LISTS, applyInitialValue},
-    {"--list", SLIDER | BANK | COMBO, &CControlEdit::m_sEnumeratedList},
-    {"--linear", SLIDER,
-     +[](CControlEdit& edit, const std::string&) { return applyLaw(edit, false, false); }},
-    {"--log", SLIDER, +[](CControlEdit& edit, const std::string&) { return applyLaw(edit, true, false); }},
-    {"--exp", SLIDER, +[](CControlEdit& edit, const std::string&) { return applyLaw(edit, false, true); }},
+    {"--list", SLIDER | BANK | COMBO, &CControlEdit::m_sEnumeratedList, ETypes::List},
+    {"--linear", SLIDER, +[](CControlEdit& edit, const std::string&) { return applyLaw(edit, false, false); },
+     ETypes::Numbers},
+    {"--log", SLIDER, +[](CControlEdit& edit, const std::string&) { return applyLaw(edit, true, false); },
+     ETypes::Numbers},
+    {"--exp", SLIDER, +[](CControlEdit& edit, const std::string&) { return applyLaw(edit, false, true); },
+     ETypes::Numbers},
     {"--midi", SLIDER | LISTS, applyMIDI},
     {"--detector", METER, &CUICtrl::uDetectorMode},
     {"--attack", METER, &CUICtrl::fMeterAttack_ms},
@@ -173,6 +184,11 @@ std::string applyControlOptions(const CCommandLine& line, CControlEdit& edit)
     for (const CControlOption& option : OPTIONS) {
         if (!line.has(option.m_sName))
             continue;
+        const bool bSlider = pSlots && pSlots->m_eForm == EControlForm::Slider;
+        const bool bList = edit.m_record.uUserDataType == UINTData;
+        if (bSlider && option.m_eTypes != ETypes::Any && bList != (option.m_eTypes == ETypes::List))
+            return "The option " + std::string(option.m_sName) + " means nothing for a slider " +
+                   (bList ? "with a list, --type enum." : "without a list; --type enum gives it one.");
         const bool bFits = !pSlots || (option.m_uForms & (1U << static_cast<unsigned>(pSlots->m_eForm))) != 0;
         const std::string sFault =
             bFits ? std::visit(CApply{edit, *line.text(option.m_sName)}, option.m_target)

@@ -3,8 +3,12 @@
 #include "base/platform_folders.h"
 #include "base/text.h"
 #include "cli/json_writer.h"
+#include "project/codegen/code_markers.h"
+#include "project/codegen/text_surgery.h"
+#include "project/dsp_project.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace velmora::cli {
 
@@ -28,10 +32,50 @@ bool CHeadlessProject::start()
 
 bool CHeadlessProject::startWith(const std::filesystem::path& file)
 {
-    if (!start())
+    if (!start() || !isThere(file))
         return false;
     lock(file);
-    return m_commands->loadProject(file);
+    return m_commands->loadProject(file) && checkMarks();
+}
+
+bool CHeadlessProject::isThere(const std::filesystem::path& projectFile)
+{
+    std::error_code error;
+    if (std::filesystem::is_directory(projectFile, error))
+        m_context.dialogs().showMessage(projectFile.string() + " is a folder. Name the .prj file in it.");
+    else if (!std::filesystem::exists(projectFile, error) && !error)
+        m_context.dialogs().showMessage("There is no project file " + projectFile.string() + ".");
+    else
+        return true;
+    return false;
+}
+
+bool CHeadlessProject::checkMarks()
+{
+    const CDSPProject& project = *m_commands->project();
+    const std::pair<std::filesystem::path, CCodeRegion> REGIONS[] = {
+        {project.headerPath(), HEADER_REGION},
+        {project.sourcePath(), INIT_UI_REGION},
+        {project.sourcePath(), CONTROL_TABLE_REGION}};
+    for (const auto& [path, region] : REGIONS) {
+        std::string sText; // one that is not there, or empty, is told by what follows
+        if (!readFileToString(path, sText, false, 0, true) || sText.empty())
+            continue;
+        const auto uBegin = sText.find(region.m_sBegin);
+        const auto uEnd = sText.find(region.m_sEnd);
+        if (uBegin != std::string::npos && uEnd != std::string::npos && uBegin < uEnd)
+            continue;
+        const std::string sBegin(region.m_sBegin), sEnd(region.m_sEnd);
+        const std::string sFault = uBegin == std::string::npos ? "the mark " + sBegin + " is missing"
+                                   : uEnd == std::string::npos ? "the mark " + sEnd + " is missing"
+                                                               : "the mark " + sEnd + " stands too early";
+        m_context.dialogs().showMessage(
+            "In " + path.string() + " " + sFault + ". Velmora writes its lines between " + sBegin + " and " +
+            sEnd +
+            ": put it back where it stood, or take an earlier text back; \"project history\" lists them.");
+        return false;
+    }
+    return true;
 }
 
 void CHeadlessProject::lock(const std::filesystem::path& projectFile)
@@ -87,7 +131,7 @@ std::string filesResult(const CCommandContext& context, std::string_view sKey,
     std::string sText;
     for (const auto& file : files)
         sText += file.string() + "\n";
-    return sText.empty() ? "No file had to change.\n" : sText;
+    return sText.empty() ? "No file was changed.\n" : sText;
 }
 
 std::vector<std::filesystem::path> filesBelow(const std::filesystem::path& folder)

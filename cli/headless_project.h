@@ -27,8 +27,16 @@ class CHeadlessProject
     // that of the settings. False if that fails; the user has been told.
     [[nodiscard]] bool start();
 
-    // start() and lock(), and makes the project file the open one without changing a file.
+    // start() and lock(), and makes the project file the open one without changing a file. False, and the
+    // user has been told, if it is not there or checkMarks() is not content.
     [[nodiscard]] bool startWith(const std::filesystem::path& file);
+
+    // True if the file is there; if not, the user has been told.
+    [[nodiscard]] bool isThere(const std::filesystem::path& projectFile);
+
+    // True if the sources that are there have the marks between which the code is written. If not, the user
+    // has been told: a write could take more away than what was written before.
+    [[nodiscard]] bool checkMarks();
 
     // Waits until no other program of this kind works on the project, and keeps others out from here on, so
     // that none overwrites what another has just written.

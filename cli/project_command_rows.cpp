@@ -59,7 +59,8 @@ std::vector<COption> controlOptions(std::vector<COption> first)
          oneOf({"int", "float", "double", "enum"})},
         {"--lo", "X", "Low limit of a slider.", floatNumber()},
         {"--hi", "X", "High limit of a slider.", floatNumber()},
-        {"--init", "X", "Initial value; of a list, the item counted from 0.", floatNumber()},
+        {"--init", "X", "Initial value, kept within the limits; of a list, the item counted from 0.",
+         floatNumber()},
         {"--list", "A,B", "Items of a list, which become an enumeration of the class.", {TEXT}},
         {"--linear", "", "Linear slider law."},
         {"--log", "", "Logarithmic slider law."},
@@ -260,8 +261,8 @@ std::vector<CCommand> controlRows()
                 "59 LED meters; 60 to 63 the joystick's combo boxes; 70 to 73 combo boxes; 100 to 1123 "
                 "sliders of the alpha wheel.",
             .m_arguments = {PROJECT},
-            .m_options = controlOptions({{"--slot", "ID", "The slot, which becomes the control's id.",
-                                          wholeNumber(0, 4294967294.0)}}),
+            .m_options = controlOptions(
+                {{"--slot", "ID", "The slot, which becomes the control's id.", wholeNumber(0, 1123)}}),
             .m_sJsonResult = RECORD_JSON,
             .m_examples = {{"project add-control P.prj --slot 0 --name Cutoff --units Hz --variable "
                             "m_fCutoff --lo 20 --hi "

@@ -11,15 +11,22 @@ namespace velmora::cli {
 
 namespace {
 
+// Long numbers with an exponent.
+std::string shownLimit(double dLimit)
+{
+    constexpr double LONGEST_WHOLE = 1e15;
+    return std::abs(dLimit) < LONGEST_WHOLE ? shortestDecimal(dLimit) : formatted("%g", dLimit);
+}
+
 std::string limitsOf(const CValueRule& rule)
 {
     const bool bLow = rule.m_dLowest > -std::numeric_limits<double>::max();
     const bool bHigh = rule.m_dHighest < std::numeric_limits<double>::max();
     if (bLow && bHigh)
-        return " from " + shortestDecimal(rule.m_dLowest) + " to " + shortestDecimal(rule.m_dHighest);
+        return " from " + shownLimit(rule.m_dLowest) + " to " + shownLimit(rule.m_dHighest);
     if (bLow)
-        return " of at least " + shortestDecimal(rule.m_dLowest);
-    return bHigh ? " of at most " + shortestDecimal(rule.m_dHighest) : "";
+        return " of at least " + shownLimit(rule.m_dLowest);
+    return bHigh ? " of at most " + shownLimit(rule.m_dHighest) : "";
 }
 
 std::string faultOfNumber(const std::string& sValue, const CValueRule& rule)
@@ -75,8 +82,9 @@ std::string checkValue(std::string& sValue, const CValueRule& rule)
             return "must not be empty";
         std::error_code error;
         const auto absolute = std::filesystem::absolute(sValue, error);
+        const bool bGoesUp = std::ranges::find(absolute, "..") != absolute.end(); // perhaps behind a link
         if (!error)
-            sValue = absolute.string();
+            sValue = (bGoesUp ? absolute : absolute.lexically_normal()).string();
         return {};
     }
     default:

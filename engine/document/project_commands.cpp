@@ -15,6 +15,7 @@
 #include "project/codegen/new_project_request.h"
 #include "project/codegen/project_copy.h"
 #include "project/codegen/project_creation.h"
+#include "project/codegen/project_editing.h"
 #include "project/codegen/project_history.h"
 #include "project/codegen/project_opening.h"
 #include "project/codegen/text_surgery.h"
@@ -146,6 +147,23 @@ bool CProjectCommands::newProject(const CNewProjectRequest& request)
     if (ICompilerAccess* pEditor = editorAccess())
         static_cast<void>(pEditor->makeAvailable(*project()));
     return true;
+}
+
+bool CProjectCommands::editProject(const CNewProjectRequest& request)
+{
+    if (!requireProject("Open an existing Project first!"))
+        return false;
+    CNewProjectRequest checked = request;
+    const CProjectEnvironment here = environment();
+    if (!checkNewProject(checked, false, m_dialogs))
+        return false;
+    std::vector<std::filesystem::path> changed;
+    const bool bEdited =
+        velmora::editProject(*project(), checked, here, editorAccess(), m_dialogs, changed) && writeCode();
+    m_changedFiles.insert(m_changedFiles.begin(), changed.begin(), changed.end());
+    if (bEdited)
+        m_dialogs.showMessage(EDIT_PROJECT_DONE);
+    return bEdited;
 }
 
 bool CProjectCommands::loadProject(const std::filesystem::path& file)

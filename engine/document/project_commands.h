@@ -67,6 +67,10 @@ class CProjectCommands
     // New Project: checks, creates the folder, and makes the project the open one.
     bool newProject(const CNewProjectRequest& request);
 
+    // Edit Project: takes over what the dialog holds, which began with requestOfProject(), and adds what was
+    // newly chosen to the folder.
+    bool editProject(const CNewProjectRequest& request);
+
     // Reads a project and makes it the open one. No file is changed.
     bool loadProject(const std::filesystem::path& file);
 
@@ -107,12 +111,14 @@ class CProjectCommands
     // Files that the last command wrote, without those that were as they should be.
     [[nodiscard]] const std::vector<std::filesystem::path>& changedFiles() const { return m_changedFiles; }
 
+    // Where the program's files lie, for the chosen compiler.
+    [[nodiscard]] CProjectEnvironment environment() const;
+
     // Where built libraries go, and the file of the open project's library.
     [[nodiscard]] std::filesystem::path plugInsFolder() const;
     [[nodiscard]] std::filesystem::path builtLibrary() const;
 
   private:
-    [[nodiscard]] CProjectEnvironment environment() const;
     [[nodiscard]] ICompilerAccess* editorAccess();
     bool requireProject(const char* pMessage);
     bool requirePlugIn();

@@ -62,14 +62,17 @@ TEST(ProjectFiles, AFileThatMayHaveChangedWhileItWasReadCountsAsChanged)
     const fs::path project = folder / "Gain";
     fs::create_directories(project / "sub");
     test::writeFile(project / "x.cpp", "1");
+    test::writeFile(project / "again.txt", "1");
     test::writeFile(project / ".swap.cpp", "");
     CProjectFiles files(project);
     EXPECT_EQ(files.sources(), std::vector<fs::path>{project / "x.cpp"});
-    // An edit while the compiler runs: what was looked at before is recorded.
-    test::writeFile(project / "x.cpp", "2");
-    const CReadFile source = files.recordOf(project / "x.cpp");
-    EXPECT_TRUE(files.isUnchanged(source));
-    EXPECT_FALSE(CProjectFiles(project).isUnchanged(source));
+    const fs::path source = project / "x.cpp";
+    EXPECT_TRUE(CProjectFiles(project).isUnchanged(files.recordOf(source)));
+    // Saved while the compiler runs, be it with the text that it had: the compiler may have seen another one.
+    fs::rename(project / "again.txt", source);
+    EXPECT_FALSE(CProjectFiles(project).isUnchanged(files.recordOf(source)));
+    test::writeFile(source, "2");
+    EXPECT_FALSE(CProjectFiles(project).isUnchanged(files.recordOf(source)));
     // Files that were not looked at and have just been written: nobody knows what the compiler saw.
     for (const fs::path& file : {project / "sub" / "y.h", folder / "Gain2.h", folder / "missing.h"}) {
         if (file.filename() != "missing.h")

@@ -139,6 +139,8 @@ TEST_F(ToolchainTest, EachCompilerBuildsWhatChangedAndNothingElse)
         {"New.h", "", 2, 1007},      // might have hidden a header of another folder
         {"Third.cpp", "int third() { return 3; }\n", 1, 1007},
         {".hidden.cpp", "no C++\n", 0, 1007},
+        {"string.h", "#error not the system's\n", 3, 1007},
+        {"Third.cpp", "#include <cstring>\nint third() { return 3; }\n", 1, 1007},
     };
     int nInstalled = 0;
     for (const CCommandLineProgram& program : CCommandLineCompiler::programs()) {
@@ -256,6 +258,7 @@ TEST_F(ToolchainTest, ABuildCanBeStoppedAndWaitedForInPieces)
         test::CStoppingProgress progress(1);
         ASSERT_TRUE(compiler.rebuild(m_project));
         EXPECT_FALSE(compiler.rebuild(m_project)); // one is under way
+        EXPECT_NE(compiler.lastError().find("under way"), std::string::npos);
         EXPECT_EQ(compiler.waitForBuild(0.0, nullptr).m_eState, EBuildState::building);
         const CBuildReport report = compiler.waitForBuild(LONG, &progress);
         EXPECT_EQ(report.m_eState, EBuildState::failed);

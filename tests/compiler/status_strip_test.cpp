@@ -27,12 +27,14 @@ class CToolchainDouble : public IToolchain
     ECompilerState state(const CDSPProject&) override { return m_eState; }
     bool rebuild(const CDSPProject&) override { return call("rebuild", m_bRebuilds); }
     CBuildReport waitForBuild(double, IProgress*) override { return m_report; }
-    bool startDebug() override { return call("startDebug", true); }
+    std::string lastError() const override { return m_sLastError; }
+    bool startDebug() override { return call("startDebug", m_sLastError.empty()); }
     bool stopDebug() override { return call("stopDebug", true); }
 
     ECompilerState m_eState = ECompilerState::ready;
     bool m_bStarts = true;
     bool m_bRebuilds = true;
+    std::string m_sLastError;
     CBuildReport m_report;
 
   private:
@@ -202,6 +204,14 @@ TEST_F(StatusStrip, TogglesTheDebugger)
     EXPECT_THAT(take(),
                 ElementsAre("set 0 1000", "[compiler|Starting Compiler...]", "startDebug", "Stop Debug",
                             "set 0 1000", "[compiler|Starting Compiler...]", "stopDebug", "Debug"));
+
+    // A compiler that is there says why not; one that is still starting says nothing.
+    m_toolchain.m_sLastError = "no debugger";
+    for (const ECompilerState eState : {ECompilerState::starting, ECompilerState::ready}) {
+        m_toolchain.m_eState = eState;
+        EXPECT_FALSE(m_strip.toggleDebug(&m_project));
+    }
+    EXPECT_THAT(m_dialogs.m_messages, ElementsAre("no debugger"));
 }
 
 TEST_F(StatusStrip, AsksBeforeTheCompilerChanges)
@@ -221,6 +231,7 @@ TEST_F(StatusStrip, AsksBeforeTheCompilerChanges)
 
     // Nothing runs that would have to be shut down.
     EXPECT_TRUE(m_strip.changeCompiler(&m_project, m_toolchain));
+    EXPECT_THAT(take(), ElementsAre("linker"));
     EXPECT_TRUE(m_strip.changeCompiler(nullptr, other));
     EXPECT_EQ(m_dialogs.m_questions.size(), 2u);
 }

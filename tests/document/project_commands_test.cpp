@@ -5,6 +5,8 @@
 #include "host/plugin_library_image.h"
 #include "host/user_dsp_filter.h"
 #include "project/codegen/new_project_request.h"
+#include "project/codegen/project_editing.h"
+#include "project/codegen/project_environment.h"
 #include "project/codegen/project_history.h"
 #include "project/codegen/text_surgery.h"
 #include "project/control_list.h"
@@ -246,6 +248,26 @@ TEST_F(ProjectCommands, ARenameAsksAndKeepsTheOldSource)
             bKept || history.text(entry.m_uNumber)->find("FIXED_VOLUME * m_fVolume;") != std::string::npos;
     EXPECT_TRUE(bKept);
     EXPECT_TRUE(commands().rebuild({}).m_bLoaded);
+}
+
+TEST_F(ProjectCommands, EditProjectAddsWhatWasNewlyChosen)
+{
+    EXPECT_FALSE(commands().editProject({}));
+    EXPECT_EQ(m_dialogs.m_messages.back(), "Open an existing Project first!");
+    ASSERT_TRUE(newProject("Loudness"));
+    CNewProjectRequest request = requestOfProject(*commands().project(), commands().environment(), m_dialogs);
+    request.m_stockObjects = {"DelayAPF"};
+    request.m_bOutputOnlyPlugIn = true;
+    request.m_sLatency = "-1";
+    EXPECT_FALSE(commands().editProject(request));
+    EXPECT_EQ(m_dialogs.m_messages.back(), "Latency can not be less than zero.");
+    request.m_sLatency = "32";
+    ASSERT_TRUE(commands().editProject(request));
+    EXPECT_EQ(m_dialogs.m_messages.back(), EDIT_PROJECT_DONE);
+    ASSERT_TRUE(commands().rebuild({}).m_bLoaded);
+    EXPECT_TRUE(plugIn().m_bOutputOnlyPlugIn);
+    EXPECT_EQ(plugIn().m_fPlugInEx[0], 32.0F);
+    EXPECT_THAT(test::readFile(commands().project()->headerPath()), HasSubstr("#include \"DelayAPF.h\""));
 }
 
 TEST_F(ProjectCommands, AnEditSurvivesSourcesThatCanNotBeWritten)

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdlib>
 
 namespace velmora {
@@ -56,7 +57,8 @@ void CNewProjectRequest::setName(std::string_view sName)
 
 float CNewProjectRequest::latency() const
 {
-    return std::strtof(m_sLatency.c_str(), nullptr);
+    const float fSamples = std::strtof(m_sLatency.c_str(), nullptr);
+    return std::isfinite(fSamples) ? fSamples : 0.0F;
 }
 
 bool checkProjectName(std::string_view sName, std::string& sSuggestion, IUserDialogs& dialogs)

@@ -4,6 +4,7 @@
 #include "project/codegen/base_files.h"
 #include "project/codegen/product_version.h"
 #include "project/codegen/project_environment.h"
+#include "project/codegen/project_text.h"
 #include "project/codegen/vst_migration.h"
 #include "project/dsp_project.h"
 #include "project/project_file.h"
@@ -85,12 +86,12 @@ bool updateProject(CDSPProject& project, const CProjectEnvironment& environment,
     if (bAdvanced) {
         if (!saveProject(project, project.m_sProjectFile, dialogs))
             return true;
-        changed.emplace_back(project.m_sProjectFile);
+        addChanged(changed, project.m_sProjectFile);
         if (bDone)
             dialogs.showMessage("Upgraded Visual Studio project to latest version: " + productVersion() +
                                 "\n\nAnswer YES if Visual Studio prompts you to Reload the solution.");
     }
-    return changed.size() > uChangedBefore;
+    return bAdvanced || changed.size() > uChangedBefore;
 }
 
 } // namespace velmora

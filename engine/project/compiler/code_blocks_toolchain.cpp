@@ -295,12 +295,12 @@ CBuildReport CCodeBlocksToolchain::waitForBuild(double dSeconds, IProgress* pPro
 
 bool CCodeBlocksToolchain::startDebug()
 {
-    return (bringForward() && m_driver.startDebug()) || fail(m_driver.lastError());
+    return bringForward() && (m_driver.startDebug() || fail(m_driver.lastError()));
 }
 
 bool CCodeBlocksToolchain::stopDebug()
 {
-    return (bringForward() && m_driver.stopDebug()) || fail(m_driver.lastError());
+    return bringForward() && (m_driver.stopDebug() || fail(m_driver.lastError()));
 }
 
 void CCodeBlocksToolchain::returnFocus()

@@ -176,7 +176,8 @@ CCommandLineCompiler::CArguments CCommandLineCompiler::compileArguments(const CP
                                                                         const CPath& header) const
 {
     CArguments result = commonArguments();
-    result.emplace_back("-I" + m_contractFolder.string());
+    // For quoted names alone: a project called "string" has a string.h that is not the system's.
+    result.insert(result.end(), {"-iquote", m_contractFolder.string()});
     if (!header.empty()) {
         const bool bProduct = program().m_bHeaderNamedByProduct;
         result.emplace_back(bProduct ? "-include-pch" : "-include");

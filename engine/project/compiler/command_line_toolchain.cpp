@@ -5,6 +5,7 @@
 #include "project/compiler/build_log.h"
 #include "project/compiler/build_watch.h"
 #include "project/compiler/command_line_compiler.h"
+#include "project/compiler/compiler_table.h"
 #include "project/compiler/project_build.h"
 #include "project/dsp_project.h"
 
@@ -125,7 +126,10 @@ ECompilerState CCommandLineToolchain::state(const CDSPProject&)
 
 bool CCommandLineToolchain::rebuild(const CDSPProject& project)
 {
-    if (!unavailableReason().empty() || (m_pBuild && m_pBuild->isUnderWay()))
+    m_sLastError = unavailableReason();
+    if (m_sLastError.empty() && m_pBuild && m_pBuild->isUnderWay())
+        m_sLastError = "A build is under way. Wait for its end, or stop it, and try again.";
+    if (!m_sLastError.empty())
         return false;
     CProjectBuildJob job;
     job.m_nCompilerId = m_nCompilerId;
@@ -140,6 +144,13 @@ bool CCommandLineToolchain::rebuild(const CDSPProject& project)
     m_pBuild.reset();
     m_pBuild = std::make_unique<CRunningBuild>(std::move(job), std::move(log));
     return true;
+}
+
+bool CCommandLineToolchain::startDebug()
+{
+    m_sLastError = std::string(findCompiler(m_nCompilerId)->m_pName) +
+                   " has no debugger of its own. Choose Code::Blocks in View->Properties for one.";
+    return false;
 }
 
 CBuildReport CCommandLineToolchain::waitForBuild(double dSeconds, IProgress* pProgress)

@@ -42,8 +42,11 @@ class CCommandLineToolchain : public IToolchain
     // build, the report says cancelled.
     [[nodiscard]] CBuildReport waitForBuild(double dSeconds, IProgress* pProgress) override;
 
-    [[nodiscard]] bool startDebug() override { return false; }
+    [[nodiscard]] bool startDebug() override;
     [[nodiscard]] bool stopDebug() override { return false; }
+
+    // Why the last operation that returned false did so.
+    [[nodiscard]] std::string lastError() const override { return m_sLastError; }
 
   private:
     class CRunningBuild;
@@ -52,6 +55,7 @@ class CCommandLineToolchain : public IToolchain
     std::filesystem::path m_plugInsFolder;
     std::filesystem::path m_cacheFolder;
     std::unique_ptr<CRunningBuild> m_pBuild;
+    std::string m_sLastError;
 };
 
 } // namespace velmora

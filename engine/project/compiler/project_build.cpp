@@ -59,7 +59,6 @@ CBuildReport CProjectBuild::run()
     m_report.m_eState = m_report.m_sError.empty() ? EBuildState::succeeded : EBuildState::failed;
     if (m_report.m_sError.empty())
         m_report.m_library = m_job.m_library;
-    m_lock.close();
     return std::move(m_report);
 }
 
@@ -97,7 +96,7 @@ std::string CProjectBuild::checkProject() const
     for (const char* pName : CContractCache::requiredFiles())
         if (!fs::is_regular_file(m_job.m_projectFolder / pName, error))
             return "The file " + std::string(pName) + " is missing in the project folder " +
-                   m_job.m_projectFolder.string() + ". Synchronize Code brings it back.";
+                   m_job.m_projectFolder.string() + ". Opening the project again brings it back.";
     return {};
 }
 
@@ -105,7 +104,9 @@ std::string CProjectBuild::lockBuildFolder()
 {
     std::error_code error;
     fs::create_directories(m_buildFolder, error);
-    m_lock = CDescriptor(::open((m_buildFolder / "lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
+    // One for all compilers: they share the library and the log.
+    const fs::path lock = m_buildFolder.parent_path() / "lock";
+    m_lock = CDescriptor(::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
     if (m_lock.get() < 0)
         return "The folder " + m_buildFolder.string() + " cannot be written: " + std::strerror(errno) + ".";
     while (::flock(m_lock.get(), LOCK_EX | LOCK_NB) != 0) {

@@ -30,7 +30,8 @@ struct CProjectBuildJob
 // there notes what each was made of: the command, the compiler, and each file that was read. An object is
 // made anew when any of that has changed. Sources that begin with the contract are compiled with its
 // precompiled header. The library is linked in the build folder and then takes its place in one step. One
-// build of a project waits for another one, of whatever process, to end. [any but audio]
+// build of a project waits for another one, of whatever process, to end: it holds the folder's lock until it
+// is destroyed, so that its log can be written meanwhile. [any but audio]
 class CProjectBuild
 {
   public:

@@ -39,9 +39,9 @@ CProjectFiles::CProjectFiles(std::filesystem::path projectFolder)
     std::ranges::sort(m_sources);
     std::ranges::sort(headers);
     for (const auto& file : m_sources)
-        static_cast<void>(lookAt(file));
+        lookAt(file);
     for (const auto& file : headers) {
-        static_cast<void>(lookAt(file));
+        lookAt(file);
         m_sHeaderNames += file.filename().string() + "\n";
     }
 }
@@ -52,30 +52,35 @@ bool CProjectFiles::isInProject(const std::filesystem::path& file) const
     return folderEnd == m_folder.end();
 }
 
-std::optional<std::uint64_t> CProjectFiles::lookAt(const std::filesystem::path& file)
+const CProjectFiles::CLook& CProjectFiles::lookAt(const std::filesystem::path& file)
 {
-    const auto position = m_contents.find(file);
-    return position != m_contents.end() ? position->second
-                                        : m_contents.emplace(file, hashOfFile(file)).first->second;
+    const auto [position, bNew] = m_looks.try_emplace(file);
+    if (bNew) {
+        position->second.m_stamp = CFileStamp::of(file);
+        position->second.m_contentHash = hashOfFile(file);
+    }
+    return position->second;
 }
 
 bool CProjectFiles::isUnchanged(const CReadFile& file)
 {
     if (file.m_contentHash)
-        return lookAt(file.m_file) == file.m_contentHash;
+        return lookAt(file.m_file).m_contentHash == file.m_contentHash;
     return file.m_stamp && CFileStamp::of(file.m_file) == file.m_stamp;
 }
 
 CReadFile CProjectFiles::recordOf(const std::filesystem::path& file) const
 {
     CReadFile record{file, {}, {}};
-    const auto looked = m_contents.find(file);
-    if (looked != m_contents.end()) {
-        record.m_contentHash = looked->second;
+    const auto stamp = CFileStamp::of(file);
+    const auto looked = m_looks.find(file);
+    if (looked != m_looks.end()) {
+        // One that was written since may be what it was again, and the compiler have read what was between.
+        if (looked->second.m_stamp == stamp)
+            record.m_contentHash = looked->second.m_contentHash;
         return record;
     }
     // Not looked at before: only a file that has rested since is surely what the compiler read.
-    const auto stamp = CFileStamp::of(file);
     if (!stamp || !stamp->isSettledAt(m_nStarted))
         return record;
     if (isInProject(file))

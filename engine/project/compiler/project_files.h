@@ -34,13 +34,19 @@ class CProjectFiles
 
   private:
     [[nodiscard]] bool isInProject(const std::filesystem::path& file) const;
-    [[nodiscard]] std::optional<std::uint64_t> lookAt(const std::filesystem::path& file);
+    // What a file was when it was looked at.
+    struct CLook
+    {
+        std::optional<std::uint64_t> m_contentHash;
+        std::optional<CFileStamp> m_stamp; // taken before it was read
+    };
+    const CLook& lookAt(const std::filesystem::path& file);
 
     std::filesystem::path m_folder;
     std::int64_t m_nStarted;
     std::vector<std::filesystem::path> m_sources;
     std::string m_sHeaderNames;
-    std::map<std::filesystem::path, std::optional<std::uint64_t>> m_contents;
+    std::map<std::filesystem::path, CLook> m_looks;
 };
 
 } // namespace velmora

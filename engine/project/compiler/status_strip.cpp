@@ -98,7 +98,7 @@ bool CStatusStrip::rebuild(CDSPProject* pProject)
     if (!m_window.writeCode(*pProject))
         return false;
     if (!m_pToolchain->rebuild(*pProject)) {
-        const std::string sReason = m_pToolchain->unavailableReason();
+        const std::string sReason = m_pToolchain->lastError();
         m_dialogs.showMessage(sReason.empty() ? COMPILER_NOT_FOUND : sReason);
         return false;
     }
@@ -113,8 +113,12 @@ bool CStatusStrip::toggleDebug(CDSPProject* pProject)
     if (!startCompiler(pProject))
         return false;
     show(COMPILER_LABEL, "Starting Compiler...");
-    if (!(m_bDebugging ? m_pToolchain->stopDebug() : m_pToolchain->startDebug()))
+    if (!(m_bDebugging ? m_pToolchain->stopDebug() : m_pToolchain->startDebug())) {
+        const std::string sReason = m_pToolchain->lastError();
+        if (!sReason.empty() && hasWindow(m_pToolchain->state(*pProject))) // else it is still starting
+            m_dialogs.showMessage(sReason);
         return false;
+    }
     m_bDebugging = !m_bDebugging;
     m_window.setDebugButton(m_bDebugging ? "Stop Debug" : "Debug");
     return true;
@@ -125,15 +129,12 @@ bool CStatusStrip::changeCompiler(CDSPProject* pProject, IToolchain& newToolchai
     const bool bDiffers = newToolchain.compilerId() != m_pToolchain->compilerId();
     const bool bAlive = pProject && bDiffers && !isCommandLine(*m_pToolchain) &&
                         m_pToolchain->state(*pProject) != ECompilerState::notFound;
-    if (!bAlive) {
-        m_pToolchain = &newToolchain;
-        return true;
-    }
-    if (!m_dialogs.askOKCancel(CHANGE_OF_COMPILER))
+    if (bAlive && !m_dialogs.askOKCancel(CHANGE_OF_COMPILER))
         return false;
     m_pToolchain = &newToolchain;
-    m_window.updateLinkerSettings(*pProject);
-    if (!startCompiler(pProject))
+    if (pProject && bDiffers)
+        m_window.updateLinkerSettings(*pProject);
+    if (bAlive && !startCompiler(pProject))
         m_dialogs.showMessage(COULD_NOT_LAUNCH);
     return true;
 }

@@ -35,6 +35,11 @@ std::string CVisualStudioToolchain::unavailableReason() const
            "Code::Blocks or a command line compiler in View->Properties.";
 }
 
+std::string CVisualStudioToolchain::lastError() const
+{
+    return isInstalled() ? m_driver.lastError() : unavailableReason();
+}
+
 ECompilerState CVisualStudioToolchain::state(const CDSPProject& project)
 {
     // A browser that shows a page about it has a title that fits as well.

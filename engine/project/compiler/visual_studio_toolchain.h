@@ -27,6 +27,7 @@ class CVisualStudioToolchain : public IToolchain
     [[nodiscard]] bool startDebug() override { return isInstalled() && m_driver.startDebug(); }
     [[nodiscard]] bool stopDebug() override { return isInstalled() && m_driver.stopDebug(); }
     void returnFocus() override { m_driver.returnFocus(); }
+    [[nodiscard]] std::string lastError() const override;
 
   private:
     [[nodiscard]] bool isInstalled() const;
