@@ -62,7 +62,7 @@ class CPresetSession
     {
         const std::string sProject = m_project->project()->m_sProjectName;
         const std::filesystem::path library = *m_context.line().text("--plugin");
-        if (library.stem() == sProject || plugIn.m_PlugInName == sProject)
+        if (library.stem() == sProject || (plugIn.m_PlugInName && plugIn.m_PlugInName == sProject))
             return true;
         m_context.dialogs().showMessage("The plug-in " + library.filename().string() +
                                         " does not belong to the project " + sProject + ".");

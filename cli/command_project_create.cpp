@@ -136,7 +136,7 @@ int runProjectOpen(CCommandContext& context)
     CHeadlessProject project(context);
     if (!project.start())
         return EXIT_FAILED;
-    if (!project.isThere(*context.line().argument("FILE")))
+    if (!isProjectFileThere(context, *context.line().argument("FILE")))
         return EXIT_FAILED;
     project.lock(*context.line().argument("FILE"));
     if (!project->openProject(*context.line().argument("FILE")))

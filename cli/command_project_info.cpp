@@ -2,6 +2,7 @@
 #include "base/text.h"
 #include "cli/command_context.h"
 #include "cli/command_project.h"
+#include "cli/headless_project.h"
 #include "cli/json_writer.h"
 #include "cli/project_json.h"
 #include "cli/text_table.h"
@@ -116,7 +117,8 @@ int restoreEntry(CCommandContext& context, CProjectHistory& history, const CHist
 int runProjectInfo(CCommandContext& context)
 {
     CDSPProject project;
-    if (!loadProject(project, *context.line().argument("FILE"), context.dialogs()))
+    const std::filesystem::path file = *context.line().argument("FILE");
+    if (!isProjectFileThere(context, file) || !loadProject(project, file, context.dialogs()))
         return EXIT_FAILED;
     context.m_sResult = context.json() ? projectAsJson(project) : projectAsText(project);
     return EXIT_DONE;
@@ -125,7 +127,8 @@ int runProjectInfo(CCommandContext& context)
 int runProjectConvert(CCommandContext& context)
 {
     CDSPProject project;
-    if (!loadProject(project, *context.line().argument("IN"), context.dialogs()))
+    const std::filesystem::path in = *context.line().argument("IN");
+    if (!isProjectFileThere(context, in) || !loadProject(project, in, context.dialogs()))
         return EXIT_FAILED;
     const int nFrom = project.loadedSchema();
     if (!saveProject(project, *context.line().argument("OUT"), context.dialogs()))

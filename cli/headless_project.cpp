@@ -32,22 +32,10 @@ bool CHeadlessProject::start()
 
 bool CHeadlessProject::startWith(const std::filesystem::path& file)
 {
-    if (!start() || !isThere(file))
+    if (!start() || !isProjectFileThere(m_context, file))
         return false;
     lock(file);
     return m_commands->loadProject(file) && checkMarks();
-}
-
-bool CHeadlessProject::isThere(const std::filesystem::path& projectFile)
-{
-    std::error_code error;
-    if (std::filesystem::is_directory(projectFile, error))
-        m_context.dialogs().showMessage(projectFile.string() + " is a folder. Name the .prj file in it.");
-    else if (!std::filesystem::exists(projectFile, error) && !error)
-        m_context.dialogs().showMessage("There is no project file " + projectFile.string() + ".");
-    else
-        return true;
-    return false;
 }
 
 bool CHeadlessProject::checkMarks()
@@ -112,6 +100,18 @@ void CHeadlessProject::showReasons(const CRebuildResult& result)
         m_context.showReason(report.m_sError);
     else if (report.m_eState == EBuildState::succeeded && !result.m_bLoaded)
         m_context.showReason(m_document->plugInLoader().reason());
+}
+
+bool isProjectFileThere(CCommandContext& context, const std::filesystem::path& file)
+{
+    std::error_code error;
+    if (std::filesystem::is_directory(file, error))
+        context.dialogs().showMessage(file.string() + " is a folder. Name the .prj file in it.");
+    else if (!std::filesystem::exists(file, error) && !error)
+        context.dialogs().showMessage("There is no project file " + file.string() + ".");
+    else
+        return true;
+    return false;
 }
 
 std::string filesResult(const CCommandContext& context, std::string_view sKey,

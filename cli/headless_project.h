@@ -31,9 +31,6 @@ class CHeadlessProject
     // user has been told, if it is not there or checkMarks() is not content.
     [[nodiscard]] bool startWith(const std::filesystem::path& file);
 
-    // True if the file is there; if not, the user has been told.
-    [[nodiscard]] bool isThere(const std::filesystem::path& projectFile);
-
     // True if the sources that are there have the marks between which the code is written. If not, the user
     // has been told: a write could take more away than what was written before.
     [[nodiscard]] bool checkMarks();
@@ -56,6 +53,9 @@ class CHeadlessProject
     CHeadlessDocument m_document;
     std::optional<CProjectCommands> m_commands; // knows the folders, which the start finds out
 };
+
+// True if the project file is there and no folder; if not, the user has been told.
+[[nodiscard]] bool isProjectFileThere(CCommandContext& context, const std::filesystem::path& file);
 
 // One key with the files' absolute paths, or a line for each of them.
 [[nodiscard]] std::string filesResult(const CCommandContext& context, std::string_view sKey,

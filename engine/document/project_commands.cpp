@@ -10,6 +10,7 @@
 #include "host/user_dsp_filter.h"
 #include "project/codegen/code_central_services.h"
 #include "project/codegen/code_synchronisation.h"
+#include "project/codegen/code_text.h"
 #include "project/codegen/control_import.h"
 #include "project/codegen/linux_project_files.h"
 #include "project/codegen/new_project_request.h"
@@ -267,7 +268,8 @@ bool CProjectCommands::acceptControl(const CControlEdit& edit, bool bNew)
     if (pExisting) {
         const std::string sQuestion = renameQuestion(*pExisting, check.m_record);
         const bool bMeter = pExisting->uControlType == FILTER_CONTROL_LED_METER;
-        const std::string sOld = bMeter ? pExisting->cMeterVariableName : pExisting->cVariableName;
+        const std::string sOld =
+            bMeter ? meterVariableIdentifier(*pExisting) : variableIdentifier(*pExisting);
         const std::string sNew = bMeter ? check.m_record.cMeterVariableName : check.m_record.cVariableName;
         if (!sQuestion.empty() && m_dialogs.askYesNo(sQuestion) && !renameVariable(sOld, sNew))
             return false;

@@ -1,6 +1,7 @@
 #include "project/control_list.h"
 #include "project/control_properties.h"
 
+#include <algorithm>
 #include <array>
 
 namespace velmora {
@@ -23,6 +24,16 @@ constexpr std::array<CFormDefaults, 5> DEFAULTS = {{
     {"Blurb", "m_fMyVariable", floatData, ""},
     {nullptr, "m_uMyComboVariable", UINTData, ""},
 }};
+
+// The index of a new item of the alpha wheel: behind all others, gaps that removed ones left included.
+UINT indexBehindLast(const CUIControlList& list)
+{
+    UINT uNext = 0;
+    for (const CUICtrl* pControl : controlsOf(list))
+        if (pControl->uFluxCapControl[FLUX_SLOT_BOUND] == 1)
+            uNext = std::max(uNext, pControl->uFluxCapControl[FLUX_SLOT_INDEX] + 1);
+    return uNext;
+}
 
 } // namespace
 
@@ -48,7 +59,7 @@ CControlEdit newControlEdit(const CDSPProject& project, UINT uControlId)
     record.uDetectorMode = DETECT_MODE_PEAK;
     if (slots.m_bAlphaWheel) {
         record.uFluxCapControl[FLUX_SLOT_BOUND] = 1;
-        record.uFluxCapControl[FLUX_SLOT_INDEX] = countSlotBoundControls(project.m_UIControlList);
+        record.uFluxCapControl[FLUX_SLOT_INDEX] = indexBehindLast(project.m_UIControlList);
     }
     return edit;
 }

@@ -1,6 +1,7 @@
 #include "project/control_kinds.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace velmora {
 
@@ -17,11 +18,6 @@ constexpr CControlKind KINDS[] = {
 };
 
 } // namespace
-
-std::span<const CControlKind> controlKinds()
-{
-    return KINDS;
-}
 
 const CControlKind* findControlKind(UINT uControlType)
 {

@@ -2,8 +2,6 @@
 
 #include "pluginconstants.h"
 
-#include <span>
-
 namespace velmora {
 
 // The two kinds beside the contract's: a user variable, kept in presets and shown on no panel, and one of
@@ -18,9 +16,6 @@ struct CControlKind
     const char* m_pSymbol; // what generated code bears: a constant of the contract, or the number itself
     const char* m_pName;   // for people: "slider"
 };
-
-// All kinds, by rising type.
-[[nodiscard]] std::span<const CControlKind> controlKinds();
 
 // The kind of a type; null for any other number.
 [[nodiscard]] const CControlKind* findControlKind(UINT uControlType);

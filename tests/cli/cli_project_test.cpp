@@ -56,6 +56,10 @@ TEST_F(CCliProjectTest, CreatesWhatTheOptionsAskFor)
     expectFailure({"project", "create", "X", "--stock", "Nothing"}, 1, {"no stock object", "OnePoleLPF"});
     expectFailure({"project", "create", "X", "--module", "nowhere.prj"}, 1,
                   {"no project file", "nowhere.prj"});
+    expectFailure({"project", "create", "X", "--solution", "nowhere.sln"}, 1, {"no solution file"});
+    EXPECT_FALSE(std::filesystem::exists(userFolder() / "VelmoraProjects/X"));
+    expectFailure({"project", "build", "First"}, 1, {"is a folder"});
+    expectFailure({"project", "info", "nowhere.prj"}, 1, {"There is no project file"});
     expectFailure({"project", "create", "X", "--compiler", "5000"}, 1, {"no compiler with the id 5000"});
     expectFailure({"project", "create", "X", "--vst-compatible"}, 1, {"VST Files Not Found."});
 }
@@ -229,6 +233,10 @@ TEST_F(CCliProjectTest, RefusesWithTheDialogsOwnWords)
          2,
          "--detector means nothing for slot 1 (slider)"},
         {{"add-control", "--slot", "50", "--lo", "1"}, 2, "--lo means nothing for slot 50 (LED meter)"},
+        {{"add-control", "--slot", "1", "--list", "A,B"}, 2, "--type enum gives it one"},
+        {{"add-control", "--slot", "1", "--type", "enum", "--lo", "1"}, 2, "--lo means nothing for a slider"},
+        {{"add-control", "--slot", "1124"}, 2, "from 0 to 1123"},
+        {{"add-control", "--slot", "1", "--lo", "nan"}, 2, "from -3.4e+38 to 3.4e+38"},
         {{"add-control", "--slot", "1", "--log", "--exp"}, 2, "exclude each other"},
         {{"add-control", "--slot", "1", "--midi", "0,cc,7"}, 2, "channel 1 to 16"},
         {{"add-control", "--slot", "1", "--midi", "1,cc"}, 2, "channel 1 to 16"},
@@ -255,6 +263,43 @@ TEST_F(CCliProjectTest, RefusesWithTheDialogsOwnWords)
                   {"The option --plugin is missing."});
     expectFailure({"preset", "delete", "Factory Preset", "--project", fileOf("First")}, 1,
                   {"Factory Preset"});
+}
+
+TEST_F(CCliProjectTest, KeepsEverythingWhenAMarkIsMissing)
+{
+    create("First");
+    onProject("add-control", {"--slot", "0", "--name", "Gain", "--variable", "m_fGain"});
+    for (const auto& [pFile, sMark] : {std::pair("First.h", "**--0x07FD--**"),
+                                       {"First.h", "**--0x1A7F--**"},
+                                       {"First.cpp", "**--0xDEA7--**"},
+                                       {"First.cpp", "**--0xEDA5--**"},
+                                       {"First.cpp", "**--0xFFDD--**"}}) {
+        const std::filesystem::path path = m_folder / "First" / pFile;
+        const std::string sWhole = readFile(path);
+        const std::string sProject = readFile(m_folder / fileOf("First"));
+        std::string sText = sWhole;
+        sText.erase(sText.find(sMark), std::string(sMark).size());
+        writeFile(path, sText);
+        for (const char* pCommand : {"build", "clear"})
+            expectFailure({"project", pCommand, fileOf("First")}, 1,
+                          {path.string(), "the mark " + std::string(sMark) + " is missing"});
+        EXPECT_EQ(readFile(path), sText) << sMark;
+        EXPECT_EQ(readFile(m_folder / fileOf("First")), sProject) << sMark;
+        writeFile(path, sWhole);
+    }
+}
+
+TEST_F(CCliProjectTest, KeepsThePresetsFromAnotherPlugIn)
+{
+    create("First");
+    create("Second");
+    const std::string sLibrary = onProject("build", {})["library"].text();
+    runForJson({"project", "build", fileOf("Second")});
+    const std::string sFactory = readFile(m_folder / "Second/Presets/0.spf");
+    for (const char* pCommand : {"save", "load"})
+        expectFailure({"preset", pCommand, "X", "--plugin", sLibrary, "--project", fileOf("Second")}, 1,
+                      {"does not belong to the project Second"});
+    EXPECT_EQ(readFile(m_folder / "Second/Presets/0.spf"), sFactory);
 }
 
 TEST_F(CCliProjectTest, CopiesMovesClearsAndRestores)

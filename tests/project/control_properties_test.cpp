@@ -105,6 +105,8 @@ TEST(ControlProperties, DefaultsOfNewControls)
         check.m_record.cControlName = check.m_record.cVariableName = "m_other";
         storeControl(project, check);
     }
+    project.m_UIControlList.remove(1123); // the first one
+    EXPECT_EQ(newControlEdit(project, 1123).m_record.uFluxCapControl[1], 2U);
 }
 
 // Each case begins with a control that is fine and changes it; the first of several faults is told.

@@ -10,6 +10,15 @@ namespace velmora {
 
 namespace {
 
+constexpr bool isMarkerRecognised(std::string_view sMarker)
+{
+    return std::ranges::any_of(MARKER_BEGINNINGS,
+                               [=](auto sBeginning) { return sMarker.find(sBeginning) != sMarker.npos; });
+}
+static_assert(std::ranges::all_of(CODE_REGIONS, [](const CCodeRegion& region) {
+    return isMarkerRecognised(region.m_sBegin) && isMarkerRecognised(region.m_sEnd);
+}));
+
 struct CFoundRegion
 {
     std::size_t m_uKept; // characters ahead of the new content

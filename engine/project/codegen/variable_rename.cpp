@@ -1,5 +1,7 @@
 #include "project/codegen/variable_rename.h"
 
+#include "project/project_names.h"
+
 #include <cctype>
 
 namespace velmora {
@@ -15,7 +17,7 @@ bool isPartOfName(char cByte)
 
 std::size_t renameIdentifier(std::string& sText, std::string_view sFrom, std::string_view sTo)
 {
-    if (sFrom.empty())
+    if (!isVariableName(sFrom))
         return 0;
     std::string sResult;
     std::size_t uCount = 0;
