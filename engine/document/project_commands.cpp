@@ -3,7 +3,6 @@
 #include "base/progress.h"
 #include "base/text.h"
 #include "base/user_dialogs.h"
-#include "base/window_system.h"
 #include "document/tonbox_doc.h"
 #include "host/plugin_library.h"
 #include "host/plugin_library_image.h"
@@ -379,6 +378,24 @@ CRebuildResult CProjectCommands::rebuild(const CRebuildOptions& options)
     return result;
 }
 
+// A compiler that was just started takes seconds until its window is there.
+bool CProjectCommands::waitForCompiler(CRebuildResult& result, const CRebuildOptions& options)
+{
+    IToolchain& compiler = toolchain();
+    for (double dWaited = 0.0; !compiler.waitForWindow(*project(), START_POLL_SECONDS);
+         dWaited += START_POLL_SECONDS) {
+        const bool bGoOn = !options.m_pProgress || options.m_pProgress->report(0.0);
+        const bool bGone = compiler.state(*project()) == ECompilerState::notFound;
+        if (bGoOn && !bGone && dWaited <= START_DEADLINE_SECONDS)
+            continue;
+        result.m_build.m_bCancelled = !bGoOn;
+        const std::string sReason = compiler.lastError();
+        m_dialogs.showMessage(sReason.empty() ? COMPILER_NOT_FOUND : sReason);
+        return false;
+    }
+    return true;
+}
+
 bool CProjectCommands::prepareBuild(CRebuildResult& result, const CRebuildOptions& options)
 {
     if (!requireProject(NO_BUILT_PROJECT))
@@ -393,16 +410,8 @@ bool CProjectCommands::prepareBuild(CRebuildResult& result, const CRebuildOption
         if (!compiler.makeAvailable(*project()))
             return false;
     }
-    for (double dWaited = 0.0; compiler.state(*project()) == ECompilerState::starting;
-         dWaited += START_POLL_SECONDS) {
-        const bool bGoOn = !options.m_pProgress || options.m_pProgress->report(0.0);
-        if (!bGoOn || dWaited > START_DEADLINE_SECONDS) {
-            result.m_build.m_bCancelled = !bGoOn;
-            m_dialogs.showMessage(COMPILER_NOT_FOUND);
-            return false;
-        }
-        m_compilers.windowSystem().sleep(START_POLL_SECONDS);
-    }
+    if (!waitForCompiler(result, options))
+        return false;
     if (const CLoadedPlugIn* pOld = m_document.plugInLoader().current())
         m_keptValues = CControlValues(*pOld->plugIn());
     if (options.m_bUnloadFirst)

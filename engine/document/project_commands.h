@@ -126,6 +126,7 @@ class CProjectCommands
     bool saveOpenProject();
     bool renameVariable(const std::string& sFrom, const std::string& sTo);
     bool prepareBuild(CRebuildResult& result, const CRebuildOptions& options);
+    bool waitForCompiler(CRebuildResult& result, const CRebuildOptions& options);
     void loadResult(CRebuildResult& result, const CRebuildOptions& options);
     bool loadLibrary(const std::filesystem::path& library, CControlValues values);
     void describeForEditors();

@@ -25,6 +25,7 @@ class CToolchainDouble : public IToolchain
     int compilerId() const override { return m_nId; }
     std::string unavailableReason() const override { return {}; }
     ECompilerState state(const CDSPProject&) override { return m_eState; }
+    bool waitForWindow(const CDSPProject&, double) override { return true; }
     bool rebuild(const CDSPProject&) override { return call("rebuild", m_bRebuilds); }
     CBuildReport waitForBuild(double, IProgress*) override { return m_report; }
     std::string lastError() const override { return m_sLastError; }

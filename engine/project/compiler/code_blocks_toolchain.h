@@ -30,8 +30,7 @@ class CCodeBlocksToolchain : public IToolchain
     [[nodiscard]] bool stopDebug() override;
     void returnFocus() override;
 
-    // Waits until the IDE's window is there, at most so long.
-    [[nodiscard]] bool waitForWindow(const CDSPProject& project, double dSeconds);
+    [[nodiscard]] bool waitForWindow(const CDSPProject& project, double dSeconds) override;
 
     // Brings the IDE's window in front and answers what it asks then.
     [[nodiscard]] bool bringForward();

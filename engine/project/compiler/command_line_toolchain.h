@@ -34,6 +34,8 @@ class CCommandLineToolchain : public IToolchain
     [[nodiscard]] std::string unavailableReason() const override;
     [[nodiscard]] ECompilerState state(const CDSPProject& project) override;
 
+    [[nodiscard]] bool waitForWindow(const CDSPProject&, double) override { return true; }
+
     // False without a compiler, or while a build is under way. The project is not used any more when this
     // returns.
     [[nodiscard]] bool rebuild(const CDSPProject& project) override;

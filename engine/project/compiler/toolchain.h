@@ -66,6 +66,10 @@ class IToolchain : public ICompilerAccess
     // Looks for the compiler and what it is at.
     [[nodiscard]] virtual ECompilerState state(const CDSPProject& project) = 0;
 
+    // Whether the compiler is up with the project, waiting at most so long and answering what it asks at its
+    // start. False if it is not up yet, or has ended: state() tells which.
+    [[nodiscard]] virtual bool waitForWindow(const CDSPProject& project, double dSeconds) = 0;
+
     // Asks for a rebuild and returns when it has begun: at once, or when a window has taken the keys, which
     // may take it seconds. False if it could not be asked for.
     [[nodiscard]] virtual bool rebuild(const CDSPProject& project) = 0;

@@ -54,6 +54,20 @@ bool CVisualStudioToolchain::makeAvailable(const CDSPProject& project)
     return state(project) != ECompilerState::notFound || m_driver.startCompiler(project);
 }
 
+bool CVisualStudioToolchain::waitForWindow(const CDSPProject& project, double dSeconds)
+{
+    constexpr double LOOK_AGAIN_SECONDS = 0.25;
+    const double dStart = m_system.seconds();
+    for (;;) {
+        const ECompilerState eState = state(project);
+        if (eState != ECompilerState::starting)
+            return eState != ECompilerState::notFound;
+        if (m_system.seconds() - dStart >= dSeconds)
+            return false;
+        m_system.sleep(LOOK_AGAIN_SECONDS);
+    }
+}
+
 bool CVisualStudioToolchain::rebuild(const CDSPProject& project)
 {
     if (!isInstalled())

@@ -22,6 +22,7 @@ class CVisualStudioToolchain : public IToolchain
     [[nodiscard]] ECompilerState state(const CDSPProject& project) override;
     [[nodiscard]] bool makeAvailable(const CDSPProject& project) override;
     bool saveAll() override { return isInstalled() && m_driver.saveAll(); }
+    [[nodiscard]] bool waitForWindow(const CDSPProject& project, double dSeconds) override;
     [[nodiscard]] bool rebuild(const CDSPProject& project) override;
     [[nodiscard]] CBuildReport waitForBuild(double dSeconds, IProgress* pProgress) override;
     [[nodiscard]] bool startDebug() override { return isInstalled() && m_driver.startDebug(); }
