@@ -71,9 +71,9 @@ class CCommandLineToolchain::CRunningBuild
     }
 
   private:
-    void run(const CProjectBuildJob& job)
+    // The project's lock is held until the log is on disc, and let go before anybody hears of the end.
+    CBuildReport buildAndLog(const CProjectBuildJob& job)
     {
-        const auto start = CClock::now();
         CProjectBuild build(job, m_control);
         CBuildReport report = build.run();
         std::string sReason;
@@ -83,6 +83,13 @@ class CCommandLineToolchain::CRunningBuild
             report.m_sError = "The library was built, but the log " + m_log.path().string() +
                               " could not be written: " + sReason + ".";
         }
+        return report;
+    }
+
+    void run(const CProjectBuildJob& job)
+    {
+        const auto start = CClock::now();
+        CBuildReport report = buildAndLog(job);
         report.m_log = m_log.path();
         report.m_dSeconds = CSeconds(CClock::now() - start).count();
         const std::scoped_lock lock(m_mutex);
