@@ -1,5 +1,6 @@
 #include "cli/demo/markup.h"
 
+#include "base/xml_text.h"
 #include "cli/json_writer.h"
 
 #include <algorithm>
@@ -32,28 +33,6 @@ std::string allowedText(std::string_view sText)
             sResult += cByte;
     }
     return sResult;
-}
-
-void appendEscaped(std::string& sResult, std::string_view sAllowed)
-{
-    for (const char cByte : sAllowed) {
-        switch (cByte) {
-        case '&':
-            sResult += "&amp;";
-            break;
-        case '<':
-            sResult += "&lt;";
-            break;
-        case '>':
-            sResult += "&gt;";
-            break;
-        case '"':
-            sResult += "&quot;";
-            break;
-        default:
-            sResult += cByte;
-        }
-    }
 }
 
 bool isNameByte(char cByte)
@@ -111,7 +90,7 @@ std::size_t sourceTokenLength(std::string_view sSource)
 std::string escapedText(std::string_view sText)
 {
     std::string sResult;
-    appendEscaped(sResult, allowedText(sText));
+    sResult += escapedXml(allowedText(sText));
     return sResult;
 }
 
@@ -139,7 +118,7 @@ std::string highlightedSource(std::string_view sSource)
         const CToken token = tokenAt(sRest);
         if (token.m_pClass)
             sResult += "<span class=\"" + std::string(token.m_pClass) + "\">";
-        appendEscaped(sResult, sRest.substr(0, token.m_uLength));
+        sResult += escapedXml(sRest.substr(0, token.m_uLength));
         if (token.m_pClass)
             sResult += "</span>";
         sRest.remove_prefix(token.m_uLength);

@@ -1,4 +1,5 @@
 #include "base/text.h"
+#include "base/xml_text.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -46,6 +47,11 @@ TEST(Text, ShortestDecimalReadsBackTheSame)
     using CLimits = std::numeric_limits<double>;
     for (const double dValue : {1.0 / 3.0, -1e-300, CLimits::max(), CLimits::denorm_min(), M_PI})
         EXPECT_EQ(parseNumber(shortestDecimal(dValue)), dValue);
+}
+
+TEST(XmlText, CanNeitherOpenAnElementNorEndAnAttribute)
+{
+    EXPECT_EQ(escapedXml("<a b=\"c\">&amp;'</a>"), "&lt;a b=&quot;c&quot;&gt;&amp;amp;'&lt;/a&gt;");
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "base/user_dialogs.h"
+#include "base/xml_text.h"
 #include "project/codegen/project_environment.h"
 #include "project/codegen/project_text.h"
 #include "project/codegen/skeleton.h"

@@ -36,30 +36,6 @@ std::optional<CTextRange> findBetween(std::string_view sText, std::string_view s
     return CTextRange{uOpen + sOpen.size(), uClose};
 }
 
-std::string escapedXml(std::string_view sText)
-{
-    std::string sResult;
-    for (const char c : sText) {
-        switch (c) {
-        case '&':
-            sResult += "&amp;";
-            break;
-        case '<':
-            sResult += "&lt;";
-            break;
-        case '>':
-            sResult += "&gt;";
-            break;
-        case '"':
-            sResult += "&quot;";
-            break;
-        default:
-            sResult += c;
-        }
-    }
-    return sResult;
-}
-
 std::vector<std::string> quotedValues(std::string_view sText, std::string_view sOpen)
 {
     std::vector<std::string> values;

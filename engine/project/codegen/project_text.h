@@ -29,9 +29,6 @@ struct CTextRange
                                                     std::string_view sClose,
                                                     CTextRange within = {0, std::string_view::npos});
 
-// The value of an XML attribute or element.
-[[nodiscard]] std::string escapedXml(std::string_view sText);
-
 // Every value behind sOpen up to the next quote.
 [[nodiscard]] std::vector<std::string> quotedValues(std::string_view sText, std::string_view sOpen);
 

@@ -1,5 +1,6 @@
 #include "project/codegen/vcproj_text.h"
 
+#include "base/xml_text.h"
 #include "project/codegen/project_text.h"
 
 #include <filesystem>

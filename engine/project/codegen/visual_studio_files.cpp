@@ -2,6 +2,7 @@
 
 #include "base/platform_guid.h"
 #include "base/user_dialogs.h"
+#include "base/xml_text.h"
 #include "project/codegen/linker_settings.h"
 #include "project/codegen/new_project_request.h"
 #include "project/codegen/project_environment.h"
