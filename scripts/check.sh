@@ -23,26 +23,27 @@ complain "Not formatted (clang-format -i mends it):" \
     xargs clang-format --dry-run -Werror 2>&1 | sed -n 's/^\([^:]*\):.*error.*/\1/p' | sort -u)"
 
 # Layers: what a file below engine/ may include, beside its own folder. One line for each layer; a folder
-# within project/ is a layer of its own.
+# within dsp/ or project/ is a layer of its own.
 layer_table='
 base:
 dsp: base
 host: base dsp
+dsp/modules: base dsp host
 audio: base dsp host
 midi: base dsp host
 project: base dsp host
 project/codegen: base dsp host project
 project/compiler: base dsp host project project/codegen
 analyzer: base dsp host audio
-document: base dsp host audio midi project project/codegen project/compiler analyzer
+document: base dsp host dsp/modules audio midi project project/codegen project/compiler analyzer
 '
 complain "Includes against the order of the layers:" "$(
   while IFS=: read -r layer allowed; do
     [ -n "$layer" ] || continue
     { grep -nE '^#include "[a-z_]+/' "engine/$layer" -r --include='*.h' --include='*.cpp' || true; } |
       while IFS= read -r line; do
-        [ "$layer" != project ] || case $line in engine/project/*/*) continue ;; esac
-        target=$(sed -E 's/.*#include "(project\/(codegen|compiler)|[a-z_]*)\/.*/\1/' <<<"$line")
+        case $layer:$line in project:engine/project/*/* | dsp:engine/dsp/*/*) continue ;; esac
+        target=$(sed -E 's/.*#include "(project\/(codegen|compiler)|dsp\/modules|[a-z_]*)\/.*/\1/' <<<"$line")
         case " $layer $allowed " in *" $target "*) ;; *) echo "$line" ;; esac
       done
   done <<<"$layer_table"

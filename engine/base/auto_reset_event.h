@@ -6,14 +6,15 @@ namespace velmora {
 
 // An event that lets exactly one waiter through for each time it was set.
 //
-// How it works: one atomic flag. set() raises it and wakes a waiter; wait() sleeps in the operating
-// system until it can lower a raised flag. Setting a raised event changes nothing. An event that is
-// raised costs wait() a single compare-and-swap and no system call, which is why the audio thread may
-// pass through a gate made of one.
+// How it works: one atomic word. set() raises it and wakes a waiter; wait() sleeps in the operating system
+// until it can lower a raised word. Setting a raised event changes nothing. An event that is raised costs
+// wait() a single compare-and-swap and no system call, which is why the audio thread may pass through a gate
+// made of one. The word has the size that the system's own wait takes, so that no other object's waiters are
+// woken or looked up.
 class CAutoResetEvent
 {
   public:
-    explicit CAutoResetEvent(bool bSet = false) : m_bSet(bSet) {}
+    explicit CAutoResetEvent(bool bSet = false) : m_uSet(bSet ? 1U : 0U) {}
 
     // Raises the event. [any]
     void set() noexcept;
@@ -28,7 +29,7 @@ class CAutoResetEvent
     [[nodiscard]] bool tryWait() noexcept;
 
   private:
-    std::atomic<bool> m_bSet;
+    std::atomic<unsigned> m_uSet;
 };
 
 } // namespace velmora

@@ -58,12 +58,12 @@ template <int CHANNELS>
 inline CVector gathered(const float* p, std::ptrdiff_t nDistance)
 {
     if constexpr (CHANNELS == 1) {
-        CVector samples;
+        CVector samples{};
         for (int l = 0; l < VECTOR_LANES; ++l)
             samples[l] = p[l * nDistance];
         return samples;
     } else {
-        CFrames frames;
+        CFrames frames{};
         for (int l = 0; l < VECTOR_LANES / 2; ++l) {
             double dFrame;
             __builtin_memcpy(&dFrame, p + l * nDistance, sizeof dFrame);

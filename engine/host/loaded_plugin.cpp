@@ -1,6 +1,7 @@
 #include "host/loaded_plugin.h"
 
 #include "host/guarded_call.h"
+#include "host/plugin_call_marker.h"
 #include "host/plugin_library.h"
 #include "host/user_dsp_filter.h"
 
@@ -26,11 +27,14 @@ CLoadedPlugIn::~CLoadedPlugIn()
 
 bool CLoadedPlugIn::unload()
 {
+    const std::string sFile = m_pLibrary ? m_pLibrary->path().string() : "";
     m_pFilter->detachPlugIn();
     m_pFilter->m_hParentDLL = nullptr;
+    const CPlugInCallMarker destruction(m_pFilter->m_sName.c_str(), EPlugInCall::destruction, sFile.c_str());
     // A destructor that throws has had its say; the library goes all the same.
     [[maybe_unused]] const auto ignored = thrownBy([this] { delete m_pPlugIn; });
     m_pPlugIn = nullptr;
+    const CPlugInCallMarker unloading(m_pFilter->m_sName.c_str(), EPlugInCall::unloading, sFile.c_str());
     const bool bGone = !m_pLibrary || m_pLibrary->unload();
     if (!bGone)
         m_sPinReason = m_pLibrary->path().filename().string() + " " + m_pLibrary->pinReason();

@@ -18,6 +18,11 @@ constexpr std::uintmax_t MAX_FILE_SIZE = 65536;
 constexpr std::array TABLE = {
     CPreferenceRow{START_FROM_INITIAL_VALUES, false,
                    "After a rebuild the controls take their initial values instead of those they had."},
+    CPreferenceRow{PROTECT_SPEAKERS, true,
+                   "What is played on a device is limited to +24 dBFS; files and measurements are not."},
+    CPreferenceRow{CROSS_FADE_SWAPS, true,
+                   "A filter that is swapped while audio runs is faded out for 10 ms while the new one is "
+                   "faded in."},
 };
 
 const CPreferenceRow* findRow(std::string_view sName)

@@ -17,6 +17,8 @@ struct CPreferenceRow
 };
 
 inline constexpr std::string_view START_FROM_INITIAL_VALUES = "startFromInitialValues";
+inline constexpr std::string_view PROTECT_SPEAKERS = "protectSpeakers";
+inline constexpr std::string_view CROSS_FADE_SWAPS = "crossFadeSwaps";
 
 // All of them.
 [[nodiscard]] std::span<const CPreferenceRow> preferenceTable();

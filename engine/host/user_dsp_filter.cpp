@@ -1,6 +1,7 @@
 #include "host/user_dsp_filter.h"
 
 #include "host/channel_layout.h"
+#include "host/plugin_call_marker.h"
 #include "plugin.h"
 
 #include <algorithm>
@@ -89,6 +90,7 @@ bool CUserDSPFilter::processBuffer(float* pIn, float* pOut, UINT uChannels, UINT
 {
     if (!m_pPlugIn)
         return false;
+    const CPlugInCallMarker marker(*this, EPlugInCall::processing);
     if (m_pPlugIn->m_bWantBuffers) {
         divideByFullScale(pIn, uSamples);
         m_pPlugIn->processSocketAudioBuffer(pIn, pOut, uChannels, uChannels, uSamples);
@@ -239,6 +241,7 @@ bool CUserDSPFilter::controlChanged(UINT uControlId)
 {
     if (!m_pPlugIn || uControlId == NO_CONTROL)
         return false;
+    const CPlugInCallMarker marker(*this, EPlugInCall::userInterfaceChange);
     m_pPlugIn->userInterfaceChange(static_cast<int>(uControlId));
     return true;
 }

@@ -57,13 +57,18 @@ std::optional<std::string> nameLeadingElsewhere(const CDSPProject& project)
 
 } // namespace
 
-bool saveProject(CDSPProject& project, const std::filesystem::path& path, IUserDialogs& dialogs)
+std::string projectBytes(CDSPProject& project)
 {
     std::string sBytes;
     CArchive archive(sBytes);
     project.Serialize(archive);
+    return sBytes;
+}
+
+bool saveProject(CDSPProject& project, const std::filesystem::path& path, IUserDialogs& dialogs)
+{
     std::string sReason;
-    if (writeFileSafely(path, sBytes, &sReason))
+    if (writeFileSafely(path, projectBytes(project), &sReason))
         return true;
     dialogs.note(path.string() + ": " + sReason);
     showError(dialogs, path, "could not be created.");

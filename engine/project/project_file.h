@@ -3,6 +3,7 @@
 #include "base/user_dialogs.h"
 
 #include <filesystem>
+#include <string>
 
 namespace velmora {
 
@@ -11,6 +12,9 @@ class CDSPProject;
 // The filter of the file choosers, and what they answer to a name without ".prj".
 constexpr const char* PROJECT_FILE_FILTER = "DSP Project Files (*.prj)|*.prj||";
 constexpr const char* NO_PROJECT_FILE = "Not a .PRJ file.";
+
+// The project as its file holds it, in the newest schema. [main]
+[[nodiscard]] std::string projectBytes(CDSPProject& project);
 
 // Writes the project in the newest schema. The file is replaced only when the new one lies whole on the
 // disk; on failure a message is shown and the old file stands as it was. [main]

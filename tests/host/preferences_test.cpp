@@ -22,7 +22,8 @@ TEST(Preferences, KeepWhatTheyDoNotUnderstand)
     EXPECT_FALSE(preferences.set("futureSwitch", "true", sError));
     ASSERT_TRUE(preferences.set(START_FROM_INITIAL_VALUES, "false", sError));
     ASSERT_TRUE(preferences.save(file, sError)) << sError;
-    EXPECT_EQ(test::readFile(file), "futureSwitch = perhaps\nstartFromInitialValues = false\n");
+    EXPECT_EQ(test::readFile(file), "futureSwitch = perhaps\nstartFromInitialValues = false\n"
+                                    "protectSpeakers = true\ncrossFadeSwaps = true\n");
 }
 
 TEST(Preferences, AreNotReplacedWhenTheyCannotBeRead)

@@ -90,6 +90,7 @@ class CChangeling : public CPlugIn
         m_PlugInName = m_sName.c_str();
         rememberFolder();
         addControl(&m_fGain);
+        m_bOutputOnlyPlugIn = isCalled("synth");
         misbehave();
     }
     virtual ~CChangeling()
