@@ -14,6 +14,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Plug-ins are compiled on the user's machine.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "g++ | clang")
+# Plug-ins are compiled on the user's machine. PortAudio is opened by its name while the program runs, which the
+# search for linked libraries does not see.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "g++ | clang, libportaudio2")
 include(CPack)

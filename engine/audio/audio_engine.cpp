@@ -1,29 +1,33 @@
 #include "audio/audio_engine.h"
 
-#include "dsp/numeric.h"
+#include "audio/channel_mix.h"
+#include "audio/engine_buffer.h"
+#include "audio/filter_call.h"
+#include "base/platform_denormals.h"
 #include "host/dsp_filter.h"
-#include "host/user_dsp_filter.h"
 
 #include <algorithm>
+#include <cmath>
+#include <thread>
 
 namespace velmora {
 
 namespace {
 
-constexpr float METER_ATTACK_MS = 0.0F;
-constexpr float METER_RELEASE_MS = 100.0F;
+constexpr int LIVE_CHANNELS = 2;
 
-void scale(std::span<float> samples, float fGain)
-{
-    if (fGain == 1.0F)
-        return;
-    for (float& fSample : samples)
-        fSample *= fGain;
-}
+// A filter is told to be too slow at its third buffer that takes too long, with fewer than 32 others in
+// between.
+constexpr unsigned OVERLOAD_STEP = 32;
+constexpr unsigned OVERLOAD_SCORE = 2 * OVERLOAD_STEP + 1;
+constexpr std::chrono::microseconds FADE_POLL_INTERVAL{200};
+// Longer than a buffer lasts at the usual rates; a fade that is ended while a longer one runs is but cut
+// short.
+constexpr std::chrono::milliseconds FADE_PATIENCE{500};
 
 } // namespace
 
-CAudioEngine::CAudioEngine(CTransport& transport, CSidechain& sidechain)
+CAudioEngine::CAudioEngine(CTransportState& transport, CSidechain& sidechain)
     : m_transport(transport), m_sidechain(sidechain), m_mono(MAX_SAMPLES / 2)
 {
     m_waveInfo.m_nChannels = 2;
@@ -33,174 +37,243 @@ CAudioEngine::CAudioEngine(CTransport& transport, CSidechain& sidechain)
 
 void CAudioEngine::prepare(double dSampleRate)
 {
-    for (CLevelDetector& detector : m_detectors)
-        detector.init(static_cast<float>(dSampleRate), METER_ATTACK_MS, METER_RELEASE_MS, true,
-                      DETECT_MODE_PEAK, true);
-    for (auto& meter : m_meters)
-        meter.store(0.0F, std::memory_order_relaxed);
+    m_dSampleRate = dSampleRate;
+    m_meters.prepare(dSampleRate);
+    m_fade.setLength(std::max(1U, static_cast<unsigned>(std::lround(FADE_SECONDS * dSampleRate))));
 }
 
 bool CAudioEngine::processPortAudioFile(float* pIn, float* pOut, int nSamples, bool bOffline,
                                         const CSoundFileInfo* pInfo)
 {
-    if (!pOut) {
-        m_bDriverError.store(true, std::memory_order_relaxed);
-        return false;
+    const int nChannels = std::clamp((pInfo ? *pInfo : m_waveInfo).m_nChannels, 1, 2);
+    return process({.m_nChannels = nChannels, .m_bFile = true, .m_bOffline = bOffline}, pIn, pOut, nSamples);
+}
+
+bool CAudioEngine::processPortAudioIn(float* pIn, float* pOut, int nSamples)
+{
+    return process({.m_nChannels = LIVE_CHANNELS, .m_bFile = false, .m_bOffline = false}, pIn, pOut,
+                   nSamples);
+}
+
+bool CAudioEngine::processPortAudioOSC(float* pIn, float* pOut, int nSamples)
+{
+    // It does not raise the flag that it looks at, and so tells of every buffer until another path does.
+    if (pOut && !hasDriverError())
+        m_notices.post(EAudioNotice::oscillatorCalled, m_fOscillatorBuffers += 1.0F);
+    return processPortAudioIn(pIn, pOut, nSamples);
+}
+
+bool CAudioEngine::processDUT(float* pOut, int nSamples)
+{
+    if (!pOut)
+        return reportDriverError();
+    const std::span<float> out{pOut, static_cast<std::size_t>(std::max(nSamples, 0))};
+    std::size_t uCopied = 0;
+    if (m_nSoundMode.load(std::memory_order_acquire) != 0) {
+        const std::size_t uPosition = m_uMeasured.load(std::memory_order_relaxed);
+        const auto rest = std::span(m_measurement).subspan(std::min(uPosition, MEASUREMENT_SAMPLES));
+        uCopied = std::min(out.size(), rest.size());
+        std::ranges::copy(rest.first(uCopied), out.begin());
+        const std::size_t uNext = uPosition + out.size();
+        m_uMeasured.store(uNext == MEASUREMENT_SAMPLES ? 0 : uNext, std::memory_order_relaxed);
     }
-    m_runGate.wait();
-    m_runGate.set();
-    m_bufferDone.reset();
-
-    const int nChannels = (pInfo ? *pInfo : m_waveInfo).m_nChannels;
-    const int nProcessed = std::clamp(nSamples, 0, MAX_SAMPLES);
-    const CBuffer buffer = describeBuffer(pIn, pOut, nProcessed, nChannels);
-    applyInput(buffer);
-    applySidechain(buffer);
-    runFilter(buffer);
-    applyOutput(buffer);
-    std::fill(pOut + nProcessed, pOut + std::max(nSamples, nProcessed), 0.0F);
-
-    if (!bOffline)
-        m_bufferDone.set();
+    std::ranges::fill(out.subspan(uCopied), 0.0F);
     return true;
 }
 
-float CAudioEngine::CGain::linear(float fGain_dB)
+bool CAudioEngine::reportDriverError()
 {
-    if (fGain_dB != m_fGain_dB) {
-        m_fGain_dB = fGain_dB;
-        m_fLinear = dB2Lin(fGain_dB);
-    }
-    return m_fLinear;
+    if (!m_bDriverError.exchange(true, std::memory_order_relaxed))
+        m_notices.post(EAudioNotice::driverError);
+    return false;
 }
 
-CAudioEngine::CBuffer CAudioEngine::describeBuffer(float* pIn, float* pOut, int nSamples, int nChannels)
+void CAudioEngine::clearDriverError()
 {
-    float* pSidechain = m_sidechain.buffer();
+    m_fOscillatorBuffers = 0.0F;
+    m_bDriverError.store(false, std::memory_order_relaxed);
+}
+
+bool CAudioEngine::process(const CSource& source, float* pIn, float* pOut, int nSamples)
+{
+    if (!pOut)
+        return reportDriverError();
+    const CDenormalsOff denormals;
+    const CGatePassage passage(m_gate);
+    const ETransportState eState = m_transport.state();
+    const std::span<float> in{pIn, static_cast<std::size_t>(std::clamp(nSamples, 0, MAX_SAMPLES))};
+    std::size_t uDone = 0;
+    m_filterTime = {};
+    if (source.m_bFile || fillInput(eState, in)) {
+        processBuffer(source, eState, describe(source, in, pOut));
+        uDone = in.size();
+    } else {
+        m_fade.end(); // neither filter is heard
+    }
+    std::fill(pOut + uDone, pOut + std::max(nSamples, static_cast<int>(uDone)), 0.0F);
+    return true;
+}
+
+// False if all is to be silent.
+bool CAudioEngine::fillInput(ETransportState eState, std::span<float> in)
+{
+    if (eState == TRANSPORT_OSC) {
+        if (!m_bOscillatorRuns.load(std::memory_order_relaxed))
+            return false;
+        if (!m_pOscillator)
+            std::ranges::fill(in, 0.0F);
+        else
+            m_pOscillator->processInterleaved(in.data(), in.data(), LIVE_CHANNELS,
+                                              static_cast<UINT>(in.size()), 0);
+    } else if (eState == TRANSPORT_USER_OSC) {
+        std::ranges::fill(in, 0.0F);
+    }
+    return true;
+}
+
+CEngineBuffer CAudioEngine::describe(const CSource& source, std::span<float> in, float* pOut)
+{
+    float* pSidechain = source.m_bFile ? m_sidechain.buffer() : nullptr;
     return {
-        .m_in = {pIn, static_cast<std::size_t>(nSamples)},
+        .m_in = in,
         .m_pOut = pOut,
-        .m_nChannels = nChannels,
+        .m_pMono = m_mono.data(),
+        .m_nChannels = source.m_nChannels,
         .m_uMode = m_uChannelMode.load(std::memory_order_relaxed),
-        .m_fInputGain = m_inputGain.linear(m_fInputGain_dB.load(std::memory_order_relaxed)),
-        .m_fOutputGain = m_outputGain.linear(m_fOutputGain_dB.load(std::memory_order_relaxed)),
         .m_pSidechain = pSidechain,
-        .m_nSidechainChannels = m_sidechain.channels(),
+        .m_nSidechainChannels = pSidechain ? m_sidechain.channels() : 0,
         .m_bSidechainEnabled = pSidechain && m_sidechain.m_bEnabled.load(std::memory_order_relaxed),
-        .m_bListen = pSidechain && m_sidechain.m_bListen.load(std::memory_order_relaxed),
     };
 }
 
-void CAudioEngine::applyInput(const CBuffer& buffer)
+void CAudioEngine::processBuffer(const CSource& source, ETransportState eState, const CEngineBuffer& buffer)
 {
-    scale(buffer.m_in, buffer.m_fInputGain);
-    const std::size_t uFrames = buffer.m_in.size() / 2;
-    if (!buffer.usesMonoMix()) {
-        detect(METER_INPUT_LEFT, buffer.m_in.data(), uFrames);
+    applyInput(buffer);
+    runFilter(source, eState, buffer);
+    mixOutput(buffer, m_outputGain.linear(m_fOutputGain_dB));
+    m_meters.addFrames(METER_OUTPUT_LEFT, buffer.m_pOut, buffer.m_in.size() / 2);
+    if (source.m_bOffline)
         return;
-    }
-    const float* pIn = buffer.m_in.data();
-    for (std::size_t i = 0; i < uFrames; ++i)
-        m_mono[i] = 0.5F * pIn[2 * i] + 0.5F * pIn[2 * i + 1];
-    for (const EMeter eMeter : {METER_INPUT_LEFT, METER_INPUT_RIGHT}) {
-        const float fLevel = m_detectors[eMeter].detectBlock(m_mono.data(), 1, static_cast<int>(uFrames));
-        m_meters[eMeter].store(fLevel, std::memory_order_relaxed);
+    capture(source, eState, buffer);
+    m_guard.apply(buffer.out(), m_bProtectSpeakers.load(std::memory_order_relaxed));
+}
+
+// The meters take what they are given two by two, whatever the channels.
+void CAudioEngine::applyInput(const CEngineBuffer& buffer)
+{
+    mixInput(buffer, m_inputGain.linear(m_fInputGain_dB));
+    if (buffer.isMonoMixed())
+        m_meters.addMono(METER_INPUT_LEFT, buffer.m_pMono, buffer.frames());
+    else
+        m_meters.addFrames(METER_INPUT_LEFT, buffer.m_in.data(), buffer.m_in.size() / 2);
+    if (const auto sidechain = buffer.sidechain(); !sidechain.empty()) {
+        scale(sidechain, m_sidechainGain.linear(m_sidechain.m_fGain_dB));
+        m_meters.addFrames(METER_SIDECHAIN_LEFT, sidechain.data(), sidechain.size() / 2);
     }
 }
 
-void CAudioEngine::applySidechain(const CBuffer& buffer)
+void CAudioEngine::runFilter(const CSource& source, ETransportState eState, const CEngineBuffer& buffer)
 {
-    if (!buffer.m_pSidechain || buffer.m_nChannels < 1)
-        return;
-    const std::size_t uFrames = buffer.m_in.size() / static_cast<std::size_t>(buffer.m_nChannels);
-    const std::size_t uItems = uFrames * static_cast<std::size_t>(buffer.m_nSidechainChannels);
-    scale({buffer.m_pSidechain, uItems},
-          m_sidechainGain.linear(m_sidechain.m_fGain_dB.load(std::memory_order_relaxed)));
-    detect(METER_SIDECHAIN_LEFT, buffer.m_pSidechain, uItems / 2);
-}
-
-void CAudioEngine::detect(EMeter eLeft, const float* pInterleaved, std::size_t uFrames)
-{
-    const auto uRight = static_cast<std::size_t>(eLeft) + 1;
-    float fLeft = 0.0F;
-    float fRight = 0.0F;
-    CLevelDetector::detectStereoBlock(m_detectors[eLeft], m_detectors[uRight], pInterleaved,
-                                      static_cast<int>(uFrames), fLeft, fRight);
-    m_meters[eLeft].store(fLeft, std::memory_order_relaxed);
-    m_meters[uRight].store(fRight, std::memory_order_relaxed);
-}
-
-void CAudioEngine::runFilter(const CBuffer& buffer)
-{
-    if (m_transport.state() != TRANSPORT_PLAY || !m_pFilter) {
-        copyThrough(buffer);
-        return;
-    }
-    if (buffer.m_bListen || m_bBypass.load(std::memory_order_relaxed)) {
-        copyThrough(buffer);
-        return;
-    }
-    const auto uSamples = static_cast<UINT>(buffer.m_in.size());
-    const auto uChannels = static_cast<UINT>(buffer.m_nChannels);
-    if (!m_pFilter->m_pPlugIn) {
-        m_pFilter->processInterleaved(buffer.m_in.data(), buffer.m_pOut, uChannels, uSamples, 0);
-        return;
-    }
-    // A mono file has no stereo to offer: modes 1 and 2 become 0, modes 4 and 5 become 3.
-    const UINT uMode = buffer.m_nChannels == 1 ? buffer.m_uMode / 3 * 3 : buffer.m_uMode;
-    float* pIn = buffer.usesMonoMix() ? m_mono.data() : buffer.m_in.data();
-    const UINT uCount = buffer.usesMonoMix() ? uSamples / 2 : uSamples;
-    static_cast<CUserDSPFilter*>(m_pFilter)->processUserBuffer(
-        pIn, buffer.m_pOut, uMode, uChannels, uCount, uSamples, buffer.m_pSidechain,
-        static_cast<UINT>(buffer.m_nSidechainChannels), buffer.m_bSidechainEnabled);
-}
-
-void CAudioEngine::copyThrough(const CBuffer& buffer)
-{
-    if (!buffer.m_bListen) {
-        std::ranges::copy(buffer.m_in, buffer.m_pOut);
-        return;
-    }
-    // The sidechain takes the input's place, spread or mixed to as many channels.
-    const float* pSidechain = buffer.m_pSidechain;
-    if (buffer.m_nSidechainChannels == buffer.m_nChannels) {
-        std::copy_n(pSidechain, buffer.m_in.size(), buffer.m_pOut);
-        return;
-    }
-    const std::size_t uFrames = buffer.m_in.size() / static_cast<std::size_t>(buffer.m_nChannels);
-    for (std::size_t i = 0; i < uFrames; ++i) {
-        if (buffer.m_nChannels == 2)
-            buffer.m_pOut[2 * i] = buffer.m_pOut[2 * i + 1] = pSidechain[i];
+    const bool bFilterRuns = source.m_bFile ? eState == TRANSPORT_PLAY
+                                            : eState == TRANSPORT_SOUND_IN || eState == TRANSPORT_OSC ||
+                                                  eState == TRANSPORT_USER_OSC;
+    const bool bListen = buffer.m_pSidechain && m_sidechain.m_bListen.load(std::memory_order_relaxed);
+    const bool bBypass = m_bBypass.load(std::memory_order_relaxed);
+    if (bFilterRuns && !bListen && !bBypass && (m_pFilter || m_fade.isRunning())) {
+        if (source.m_bOffline)
+            callFilter(m_pFilter, buffer);
         else
-            buffer.m_pOut[i] = 0.5F * pSidechain[2 * i] + 0.5F * pSidechain[2 * i + 1];
+            timeFilter(buffer);
+        return;
     }
+    m_fade.end(); // neither filter is heard
+    if (bListen)
+        copySidechain(buffer);
+    else
+        copyInput(buffer);
 }
 
-void CAudioEngine::applyOutput(const CBuffer& buffer)
+void CAudioEngine::timeFilter(const CEngineBuffer& buffer)
 {
-    const float fGain = buffer.m_fOutputGain;
-    const float* pDry = buffer.m_in.data();
-    float* pOut = buffer.m_pOut;
-    const std::size_t uSamples = buffer.m_in.size();
-    const std::size_t uFrames = uSamples / 2;
-
-    if (buffer.m_uMode < CHANNEL_MODE_AUX_MONO_MONO) {
-        if (buffer.m_uMode == CHANNEL_MODE_MONO_MONO && buffer.m_nChannels == 2)
-            for (std::size_t i = 0; i < uFrames; ++i)
-                pOut[2 * i + 1] = pOut[2 * i];
-        scale({pOut, uSamples}, fGain);
-    } else if (!buffer.usesMonoMix()) {
-        for (std::size_t i = 0; i < uSamples; ++i)
-            pOut[i] = fGain * pOut[i] + pDry[i];
-    } else {
-        const bool bOneChannel = buffer.m_uMode == CHANNEL_MODE_AUX_MONO_MONO;
-        for (std::size_t i = 0; i < uFrames; ++i) {
-            const float fRight = bOneChannel ? pOut[2 * i] : pOut[2 * i + 1];
-            pOut[2 * i] = fGain * pOut[2 * i] + m_mono[i];
-            pOut[2 * i + 1] = fGain * fRight + m_mono[i];
-        }
+    using clock = CCallbackStatistics::clock;
+    const bool bFades = m_fade.isRunning();
+    const auto start = clock::now();
+    if (bFades)
+        m_fade.process(m_pFilter, buffer);
+    else
+        callFilter(m_pFilter, buffer);
+    m_filterTime = clock::now() - start;
+    if (bFades || m_bOverloadTold || buffer.frames() == 0)
+        return;
+    const double dLoad = std::chrono::duration<double>(m_filterTime).count() * m_dSampleRate /
+                         static_cast<double>(buffer.frames());
+    // The machine may hold up the thread in the middle of any filter: one long buffer is no overload.
+    if (dLoad <= 1.0) {
+        m_uOverloadScore -= m_uOverloadScore > 0 ? 1 : 0;
+        return;
     }
-    detect(METER_OUTPUT_LEFT, pOut, uFrames);
+    m_uOverloadScore += OVERLOAD_STEP;
+    if (m_uOverloadScore < OVERLOAD_SCORE)
+        return;
+    m_bOverloadTold = true;
+    m_notices.post(EAudioNotice::overload, static_cast<float>(dLoad));
+}
+
+// The display shows the input twice where the output is nothing else: of a file when no filter ran, of the
+// live sources only when the oscillator goes past the filter.
+void CAudioEngine::capture(const CSource& source, ETransportState eState, const CEngineBuffer& buffer)
+{
+    if (!m_capture.isRunning())
+        return;
+    const bool bBypass = m_bBypass.load(std::memory_order_relaxed);
+    const bool bOutputIsInput = source.m_bFile ? bBypass || !m_pFilter : bBypass && eState == TRANSPORT_OSC;
+    if (m_capture.add(buffer.m_in.data(), buffer.m_pOut, buffer.m_in.size(), buffer.m_nChannels, bBypass,
+                      bOutputIsInput))
+        m_notices.post(EAudioNotice::captureReady);
+}
+
+void CAudioEngine::setFilter(CDSPFilter* pFilter)
+{
+    m_fade.end();
+    m_pFilter = pFilter;
+    rearmNotices();
+}
+
+void CAudioEngine::fadeTo(CDSPFilter* pFilter)
+{
+    if (pFilter == m_pFilter)
+        return;
+    m_fade.begin(m_pFilter);
+    m_pFilter = pFilter;
+    rearmNotices();
+}
+
+void CAudioEngine::rearmNotices()
+{
+    m_bOverloadTold = false;
+    m_uOverloadScore = 0;
+    m_guard.rearm();
+}
+
+bool CAudioEngine::finishFade()
+{
+    using clock = std::chrono::steady_clock;
+    unsigned uPosition = m_fade.position();
+    auto lastMove = clock::now();
+    while (m_fade.isRunning()) {
+        if (m_fade.position() != uPosition) {
+            uPosition = m_fade.position();
+            lastMove = clock::now();
+        } else if (!m_transport.hasAudioThread() || clock::now() - lastMove > FADE_PATIENCE) {
+            const CClosedGate closed(m_gate);
+            if (!closed)
+                return false;
+            m_fade.end();
+            return true;
+        }
+        std::this_thread::sleep_for(FADE_POLL_INTERVAL);
+    }
+    return true;
 }
 
 } // namespace velmora

@@ -1,10 +1,17 @@
 #pragma once
 
+#include "audio/audio_notices.h"
+#include "audio/callback_statistics.h"
+#include "audio/capture_exchange.h"
+#include "audio/channel_mode.h"
+#include "audio/decibel_gain.h"
+#include "audio/filter_crossfade.h"
+#include "audio/level_meters.h"
+#include "audio/output_guard.h"
+#include "audio/run_gate.h"
 #include "audio/sidechain.h"
 #include "audio/sound_file.h"
-#include "audio/transport.h"
-#include "base/auto_reset_event.h"
-#include "dsp/level_detector.h"
+#include "audio/transport_state.h"
 
 #include <array>
 #include <atomic>
@@ -14,35 +21,15 @@
 namespace velmora {
 
 class CDSPFilter;
-
-// How audio is routed through the filter: into it mono or stereo, out of it mono or stereo, and in the
-// upper three modes the dry input is added to the output.
-enum EChannelMode : unsigned
-{
-    CHANNEL_MODE_MONO_MONO = 0,
-    CHANNEL_MODE_MONO_STEREO = 1,
-    CHANNEL_MODE_STEREO_STEREO = 2,
-    CHANNEL_MODE_AUX_MONO_MONO = 3,
-    CHANNEL_MODE_AUX_MONO_STEREO = 4,
-    CHANNEL_MODE_AUX_STEREO_STEREO = 5,
-};
-
-// The six level meters.
-enum EMeter : unsigned
-{
-    METER_INPUT_LEFT,
-    METER_INPUT_RIGHT,
-    METER_OUTPUT_LEFT,
-    METER_OUTPUT_RIGHT,
-    METER_SIDECHAIN_LEFT,
-    METER_SIDECHAIN_RIGHT,
-    METER_COUNT
-};
+struct CEngineBuffer;
 
 // Turns one buffer of input into one buffer of output: gains, meters, the filter, the dry signal.
 //
-// The run gate and the buffer-done event let the main thread swap the filter between two buffers: it
-// waits for buffer-done, lowers the gate, swaps, and raises the gate again.
+// The path of a buffer, in this order: the run gate; the source (file, input, oscillator, silence); input
+// gain and mono mix; meters; the filter, or two of them while one fades into the other; the mix with the dry
+// signal by the channel mode and the output gain; meters; the capture for the analyzer; the output guard.
+// Offline processing leaves out the last two. Denormals are off. Samples are floats over all channels, -1.0
+// to +1.0.
 class CAudioEngine
 {
   public:
@@ -50,92 +37,120 @@ class CAudioEngine
     // comes out as silence.
     static constexpr int MAX_SAMPLES = 16384;
 
-    CAudioEngine(CTransport& transport, CSidechain& sidechain);
+    CAudioEngine(CTransportState& transport, CSidechain& sidechain);
 
-    // Readies the meters for a rate in Hz and clears them. [main, no stream running]
+    // Readies meters, fade and load for a rate in Hz and clears the meters. [main, no stream running]
     void prepare(double dSampleRate);
 
-    // Processes nSamples floats over all channels, -1.0 to +1.0; the input is scaled by the input gain
-    // in place. Channels and rate come from pInfo, else from the open wave file. bOffline leaves out
-    // what only a stream needs. False if there is no output buffer. [audio]; offline: [main]
+    // Processes nSamples floats over all channels; the input is scaled by the input gain in place. The
+    // channels come from pInfo, else from the open wave file. bOffline leaves out what only a stream needs.
+    // The filter runs in the playing state. False if there is no output buffer. [audio]; offline: [main]
     bool processPortAudioFile(float* pIn, float* pOut, int nSamples, bool bOffline,
                               const CSoundFileInfo* pInfo);
 
-    // The filter that audio runs through, null for none. Set only while the run gate is down, or when
-    // no stream runs. [main]
-    void setFilter(CDSPFilter* pFilter) { m_pFilter = pFilter; }
+    // The same for sound input and for the oscillators: 2 channels, no sidechain. The filter runs in the
+    // states of sound input and of both oscillators; in the latter two the input is overwritten. [audio]
+    bool processPortAudioIn(float* pIn, float* pOut, int nSamples);
+    bool processPortAudioOSC(float* pIn, float* pOut, int nSamples);
+
+    // Plays the measurement signal, 2 channels, while m_nSoundMode is not 0; else silence. The ring starts
+    // over when its end is met exactly; a buffer that does not divide it runs past it, and what follows is
+    // silence until rewindMeasurement(). False if there is no output buffer. [audio], beside the others
+    bool processDUT(float* pOut, int nSamples);
+    static constexpr std::size_t MEASUREMENT_SAMPLES = 4096;
+    [[nodiscard]] std::span<float, MEASUREMENT_SAMPLES> measurementRing() { return m_measurement; } // [main]
+    void rewindMeasurement() { m_uMeasured.store(0, std::memory_order_relaxed); }                   // [main]
+
+    // The filter that audio runs through, null for none. Set at once, without a fade, and only while the run
+    // gate is closed or no stream runs. [main]
+    void setFilter(CDSPFilter* pFilter);
     [[nodiscard]] CDSPFilter* filter() const { return m_pFilter; }
 
+    // As setFilter(), but the filter before it plays on for FADE_SECONDS and is faded out while the new one
+    // is faded in. It must stay alive until finishFade() has returned. Only while the run gate is closed.
+    // [main]
+    void fadeTo(CDSPFilter* pFilter);
+    static constexpr double FADE_SECONDS = 0.010;
+
+    // Waits until no audio thread uses the filter that is faded out any more; ends the fade at once when no
+    // stream moves it on. False if a plug-in does not come back from a call. The gate is open. [main]
+    [[nodiscard]] bool finishFade();
+
+    // What fills the input in the oscillator state; not owned. [main, no stream running]
+    void setOscillator(CDSPFilter* pOscillator) { m_pOscillator = pOscillator; }
+
     // Level of a meter after the last buffer, 0.0 (-60 dB and below) to 1.0 (0 dB). [any]
-    [[nodiscard]] float meter(EMeter eMeter) const
-    {
-        return m_meters[eMeter].load(std::memory_order_relaxed);
-    }
+    [[nodiscard]] float meter(EMeter eMeter) const { return m_meters.level(eMeter); }
+    void clearMeters() { m_meters.clear(); } // until the next buffer
 
-    [[nodiscard]] CAutoResetEvent& runGate() { return m_runGate; }
-    [[nodiscard]] CAutoResetEvent& bufferDone() { return m_bufferDone; }
+    [[nodiscard]] CRunGate& gate() { return m_gate; }
+    [[nodiscard]] CAudioNotices& notices() { return m_notices; }
+    [[nodiscard]] CCaptureExchange& capture() { return m_capture; }
+    [[nodiscard]] CCallbackStatistics& statistics() { return m_statistics; }
 
-    // A stream's driver gave no output buffer. [any]
+    // What the filter took of the last buffer's time. [audio]
+    [[nodiscard]] CCallbackStatistics::clock::duration filterTime() const { return m_filterTime; }
+
+    // A stream's driver gave no output buffer. [any]; cleared as a stream opens, for the next to be told
+    // [main, no stream running]
     [[nodiscard]] bool hasDriverError() const { return m_bDriverError.load(std::memory_order_relaxed); }
+    void clearDriverError();
 
     // A change takes hold at the next buffer. [any]
     std::atomic<float> m_fInputGain_dB{0.0F};
     std::atomic<float> m_fOutputGain_dB{0.0F};
     std::atomic<unsigned> m_uChannelMode{CHANNEL_MODE_STEREO_STEREO};
     std::atomic<bool> m_bBypass{false};
+    std::atomic<bool> m_bOscillatorRuns{false}; // else the oscillator state is silent
+    std::atomic<bool> m_bProtectSpeakers{true}; // streams only: no sample beyond +24 dBFS reaches a device
+    std::atomic<unsigned> m_nSoundMode{0};      // not 0: a measurement runs
 
     // Format of the wave file that streams play. [main, no stream running]
     CSoundFileInfo m_waveInfo;
 
   private:
-    // What stays the same over one buffer.
-    struct CBuffer
+    // What differs between the ways into the engine.
+    struct CSource
     {
-        std::span<float> m_in;
-        float* m_pOut;
         int m_nChannels;
-        unsigned m_uMode;
-        float m_fInputGain;
-        float m_fOutputGain;
-        float* m_pSidechain; // null: none
-        int m_nSidechainChannels;
-        bool m_bSidechainEnabled;
-        bool m_bListen;
-
-        [[nodiscard]] bool usesMonoMix() const { return m_nChannels == 2 && m_uMode % 3 != 2; }
+        bool m_bFile; // else live: sound input or an oscillator
+        bool m_bOffline;
     };
 
-    // A gain whose linear value is worked out again only when its dB change.
-    class CGain
-    {
-      public:
-        [[nodiscard]] float linear(float fGain_dB);
+    bool reportDriverError();
+    bool process(const CSource& source, float* pIn, float* pOut, int nSamples);
+    bool fillInput(ETransportState eState, std::span<float> in);
+    void processBuffer(const CSource& source, ETransportState eState, const CEngineBuffer& buffer);
+    CEngineBuffer describe(const CSource& source, std::span<float> in, float* pOut);
+    void applyInput(const CEngineBuffer& buffer);
+    void runFilter(const CSource& source, ETransportState eState, const CEngineBuffer& buffer);
+    void timeFilter(const CEngineBuffer& buffer);
+    void capture(const CSource& source, ETransportState eState, const CEngineBuffer& buffer);
+    void rearmNotices();
 
-      private:
-        float m_fGain_dB = 0.0F;
-        float m_fLinear = 1.0F;
-    };
-
-    CBuffer describeBuffer(float* pIn, float* pOut, int nSamples, int nChannels);
-    void applyInput(const CBuffer& buffer);
-    void applySidechain(const CBuffer& buffer);
-    void runFilter(const CBuffer& buffer);
-    void copyThrough(const CBuffer& buffer);
-    void applyOutput(const CBuffer& buffer);
-    void detect(EMeter eLeft, const float* pInterleaved, std::size_t uFrames);
-
-    CTransport& m_transport;
+    CTransportState& m_transport;
     CSidechain& m_sidechain;
     CDSPFilter* m_pFilter = nullptr;
-    CAutoResetEvent m_runGate{true};
-    CAutoResetEvent m_bufferDone{false};
+    CDSPFilter* m_pOscillator = nullptr;
+    CRunGate m_gate;
+    CAudioNotices m_notices;
+    CCaptureExchange m_capture;
+    CCallbackStatistics m_statistics;
+    CLevelMeters m_meters;
+    CFilterCrossfade m_fade{MAX_SAMPLES};
+    COutputGuard m_guard{m_notices};
+    CCallbackStatistics::clock::duration m_filterTime{};
+    double m_dSampleRate = 44100.0; // Hz
+    bool m_bOverloadTold = false;
+    unsigned m_uOverloadScore = 0;
     std::atomic<bool> m_bDriverError{false};
-    CGain m_inputGain;
-    CGain m_outputGain;
-    CGain m_sidechainGain;
-    std::vector<float> m_mono; // 0.5 * left + 0.5 * right of the buffer in hand
-    std::array<CLevelDetector, METER_COUNT> m_detectors;
-    std::array<std::atomic<float>, METER_COUNT> m_meters{};
+    float m_fOscillatorBuffers = 0.0F; // since the driver error was cleared
+    CDecibelGain m_inputGain;
+    CDecibelGain m_outputGain;
+    CDecibelGain m_sidechainGain;
+    std::vector<float> m_mono; // of the buffer in hand
+    std::array<float, MEASUREMENT_SAMPLES> m_measurement{};
+    std::atomic<std::size_t> m_uMeasured{0}; // position in it
 };
 
 } // namespace velmora

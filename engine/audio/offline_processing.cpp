@@ -3,7 +3,7 @@
 #include "audio/audio_engine.h"
 #include "audio/sidechain.h"
 #include "audio/sound_file.h"
-#include "audio/transport.h"
+#include "audio/transport_state.h"
 #include "base/progress.h"
 #include "base/safe_file.h"
 #include "base/text.h"
@@ -49,7 +49,7 @@ class CCurrentDirectoryGuard
 class CPlayingState
 {
   public:
-    CPlayingState(CTransport& transport, CSidechain& sidechain)
+    CPlayingState(CTransportState& transport, CSidechain& sidechain)
         : m_transport(transport), m_sidechain(sidechain)
     {
         m_transport.setState(TRANSPORT_PLAY);
@@ -64,14 +64,14 @@ class CPlayingState
     CPlayingState& operator=(const CPlayingState&) = delete;
 
   private:
-    CTransport& m_transport;
+    CTransportState& m_transport;
     CSidechain& m_sidechain;
 };
 
 } // namespace
 
-COfflineProcessing::COfflineProcessing(CAudioEngine& engine, CTransport& transport, CSidechain& sidechain,
-                                       IUserDialogs& dialogs)
+COfflineProcessing::COfflineProcessing(CAudioEngine& engine, CTransportState& transport,
+                                       CSidechain& sidechain, IUserDialogs& dialogs)
     : m_engine(engine), m_transport(transport), m_sidechain(sidechain), m_dialogs(dialogs)
 {
 }

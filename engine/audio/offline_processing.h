@@ -11,7 +11,7 @@ namespace velmora {
 class CAudioEngine;
 class CSidechain;
 class CSoundFile;
-class CTransport;
+class CTransportState;
 class IProgress;
 class IUserDialogs;
 struct CSoundFileInfo;
@@ -30,7 +30,7 @@ class COfflineProcessing
         COutputCheck m_output;
     };
 
-    COfflineProcessing(CAudioEngine& engine, CTransport& transport, CSidechain& sidechain,
+    COfflineProcessing(CAudioEngine& engine, CTransportState& transport, CSidechain& sidechain,
                        IUserDialogs& dialogs);
 
     // Asks for the name of the new file and writes it; true when it is complete. Whatever else happens,
@@ -57,7 +57,7 @@ class COfflineProcessing
     bool runLoop(CSoundFile& input, CSoundFile& output, IProgress* pProgress);
 
     CAudioEngine& m_engine;
-    CTransport& m_transport;
+    CTransportState& m_transport;
     CSidechain& m_sidechain;
     IUserDialogs& m_dialogs;
     CResult m_result;

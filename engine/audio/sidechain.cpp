@@ -1,5 +1,7 @@
 #include "audio/sidechain.h"
 
+#include "audio/audio_engine.h"
+#include "audio/transport_state.h"
 #include "base/user_dialogs.h"
 
 #include <algorithm>
@@ -9,6 +11,8 @@ namespace velmora {
 namespace {
 
 constexpr int MAX_SIDECHAIN_CHANNELS = 2;
+constexpr float SLIDER_BOTTOM_DB = -60.0F;
+constexpr float SLIDER_SPAN_DB = 72.0F;
 
 } // namespace
 
@@ -35,7 +39,61 @@ bool CSidechain::load(const std::filesystem::path& path, IUserDialogs& dialogs)
         return false;
     }
     m_path = path;
+    if (m_onLoaded)
+        m_onLoaded(path);
     return true;
+}
+
+bool CSidechain::chooseFromButton(const CTransportState& transport, IUserDialogs& dialogs)
+{
+    return choose(transport, dialogs, "WAVE Files (*.wav)|*.wav||", ".wav");
+}
+
+bool CSidechain::chooseFromMenu(const CTransportState& transport, IUserDialogs& dialogs)
+{
+    return choose(transport, dialogs, "Wave Files (*.wav)|*.wav|AIF Files (*.aif)|*.aif||", "");
+}
+
+bool CSidechain::choose(const CTransportState& transport, IUserDialogs& dialogs, std::string_view sFilter,
+                        std::string_view sWanted)
+{
+    if (transport.state() != TRANSPORT_STOP)
+        return refuse(dialogs, "You must stop audio streaming before loading the sidechain audio file.");
+    const auto chosen = dialogs.chooseOpenFile(sFilter);
+    if (!chosen) {
+        m_sReason = "No sidechain file was chosen.";
+        return false;
+    }
+    if (chosen->string().find(sWanted) == std::string::npos)
+        return refuse(dialogs, "Not a .WAV file.");
+    return load(*chosen, dialogs);
+}
+
+bool CSidechain::refuse(IUserDialogs& dialogs, std::string_view sMessage)
+{
+    dialogs.showMessage(sMessage);
+    m_sReason = sMessage;
+    return false;
+}
+
+void CSidechain::setEnabled(bool bEnabled, CAudioEngine& engine)
+{
+    m_bEnabled.store(bEnabled, std::memory_order_relaxed);
+    if (!bEnabled)
+        engine.clearMeters();
+}
+
+float CSidechain::levelFromPosition(int nPosition)
+{
+    const auto fTravel = static_cast<float>(SLIDER_RANGE - std::clamp(nPosition, 0, SLIDER_RANGE));
+    return fTravel / static_cast<float>(SLIDER_RANGE) * SLIDER_SPAN_DB + SLIDER_BOTTOM_DB;
+}
+
+int CSidechain::positionFromLevel(float fLevel_dB)
+{
+    const float fLimited = std::clamp(fLevel_dB, SLIDER_BOTTOM_DB, SLIDER_BOTTOM_DB + SLIDER_SPAN_DB);
+    const float fTravel = (fLimited - SLIDER_BOTTOM_DB) / SLIDER_SPAN_DB;
+    return SLIDER_RANGE - static_cast<int>(fTravel * static_cast<float>(SLIDER_RANGE));
 }
 
 bool CSidechain::openForStream(int nMaxFrames)

@@ -182,6 +182,8 @@ bool CSoundFile::openForWriting(const std::filesystem::path& path, const CSoundF
     }
     // Besides keeping overs from wrapping, this makes a 16-bit or 24-bit sample come back as it was read.
     ::sf_command(pHandle->m_pSoundFile, SFC_SET_CLIPPING, nullptr, SF_TRUE);
+    // The chunk of peaks holds the time of day; without it the same samples give the same file.
+    ::sf_command(pHandle->m_pSoundFile, SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
     m_pHandle = std::move(pHandle);
     m_info = {0, info.channels, info.samplerate, info.format};
     return true;

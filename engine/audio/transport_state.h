@@ -16,15 +16,13 @@ enum ETransportState : unsigned
     TRANSPORT_USER_OSC = 7, // an output-only plug-in runs, with silence as its input
 };
 
-// The transport's state. It is changed on the main thread and read on any.
-class CTransport
+// The transport's state, a plain word: it is changed on the main thread, when no callback depends on it or at
+// a buffer's edge, and read on any.
+class CTransportState
 {
   public:
     [[nodiscard]] ETransportState state() const { return m_eState.load(std::memory_order_relaxed); }
     void setState(ETransportState eState) { m_eState.store(eState, std::memory_order_relaxed); }
-
-    // Stops, whatever the state was.
-    void onStop() { setState(TRANSPORT_STOP); }
 
     // Whether a callback may be running now. In the other states nothing would ever signal the
     // buffer-done event, so nobody may wait for it.

@@ -360,7 +360,9 @@ bool CProjectCommands::writeRegions(ICompilerAccess* pEditor)
 
 bool CProjectCommands::saveOpenProject()
 {
-    return saveProject(*project(), project()->m_sProjectFile, m_dialogs);
+    const bool bSaved = saveProject(*project(), project()->m_sProjectFile, m_dialogs);
+    m_document.projectChanged(bSaved);
+    return bSaved;
 }
 
 // ------------------------------------------------------------------------------------------------
@@ -485,7 +487,7 @@ void CProjectCommands::unloadPlugIn()
     if (!loader.current())
         return;
     m_keptValues = CControlValues(*loader.current()->plugIn());
-    m_document.transport().onStop();
+    m_document.transport().close();
     loader.unloadPlugin(false);
 }
 

@@ -4,12 +4,15 @@
 #include "base/platform_folders.h"
 #include "base/user_dialogs.h"
 #include "project/dsp_project.h"
+#include "project/project_file.h"
 
 #include <array>
 
 namespace velmora {
 
 namespace {
+
+constexpr unsigned OSCILLATOR_BUFFER_SIZE = 8192;
 
 // Folders below the user folder, in the order in which they are made.
 constexpr std::array<const char*, 11> USER_FOLDERS = {
@@ -28,11 +31,23 @@ constexpr std::array<const char*, 11> USER_FOLDERS = {
 
 } // namespace
 
-CTonboxDoc::CTonboxDoc(IUserDialogs& dialogs, IAudioSystem& audioSystem, IMessageTarget& view)
-    : m_dialogs(dialogs), m_audioDevices(audioSystem), m_engine(m_transport, m_sidechain),
-      m_offlineProcessing(m_engine, m_transport, m_sidechain, dialogs),
-      m_plugInLoader(m_engine, m_transport, dialogs, view)
+CTonboxDoc::CTonboxDoc(IUserDialogs& dialogs, IAudioSystem& audioSystem, IMessageTarget& messages,
+                       IDocumentView* pView)
+    : m_dialogs(dialogs), m_audioDevices(audioSystem), m_engine(m_transportState, m_sidechain),
+      m_streams(audioSystem, m_audioDevices, m_engine, m_sidechain, m_wave, m_settings, dialogs),
+      m_transport({m_transportState, m_engine, m_streams, m_wave, m_sidechain, m_format, dialogs, messages,
+                   pView ? *pView : m_noView}),
+      m_offlineProcessing(m_engine, m_transportState, m_sidechain, dialogs),
+      m_plugInLoader({m_engine, m_transport, m_transportState, m_modules, m_format, dialogs, messages,
+                      pView ? *pView : m_noView})
 {
+    m_engine.setOscillator(&m_oscillator);
+    m_sidechain.m_onLoaded = [this](const std::filesystem::path& file) {
+        if (!m_pProject || m_pProject->m_sSidechainFile == file.string())
+            return;
+        m_pProject->m_sSidechainFile = file.string();
+        projectChanged(false);
+    };
 }
 
 CTonboxDoc::~CTonboxDoc()
@@ -48,14 +63,25 @@ bool CTonboxDoc::OnNewDocument(const CStartUp& startUp)
     m_plugInLoader.setPlugInFolder(plugInFolder());
     if (!enterUserFolder())
         return false;
+    if (startUp.m_bRecordCrashes)
+        tellOfCrash();
     readSettings();
+    m_transport.setWaveFile(m_settings.defaultWAVFile());
     if (startUp.m_bOpenAudioSystem && !openAudioSystem())
         return false;
     if (!makeFolders())
         return false;
     if (startUp.m_bScanPlugIns)
         m_plugInLoader.scanPlugIns(plugInFolder());
+    makeOscillatorReady();
     return true;
+}
+
+void CTonboxDoc::makeOscillatorReady()
+{
+    m_oscillator.cleanUp();
+    m_oscillator.setBufferSize(OSCILLATOR_BUFFER_SIZE);
+    m_oscillator.prepareForPlay();
 }
 
 bool CTonboxDoc::enterUserFolder()
@@ -73,6 +99,15 @@ bool CTonboxDoc::enterUserFolder()
     return false;
 }
 
+// Of the last run, once; from here on this one's crashes are recorded.
+void CTonboxDoc::tellOfCrash()
+{
+    if (const auto report = CCrashRecorder::takeReport(m_root))
+        m_dialogs.showMessage(report->message());
+    if (!m_crashRecorder.start(m_root))
+        m_dialogs.note("A crash would not be recorded in " + m_root.string() + ".");
+}
+
 void CTonboxDoc::readSettings()
 {
     std::string sError;
@@ -81,6 +116,13 @@ void CTonboxDoc::readSettings()
         m_dialogs.showMessage(sError);
     if (!m_preferences.load(preferencesFile(), sError))
         m_dialogs.showMessage(sError);
+    applyPreferences();
+}
+
+void CTonboxDoc::applyPreferences()
+{
+    m_engine.m_bProtectSpeakers = m_preferences.isOn(PROTECT_SPEAKERS);
+    m_plugInLoader.setCrossFade(m_preferences.isOn(CROSS_FADE_SWAPS));
 }
 
 bool CTonboxDoc::openAudioSystem()
@@ -115,12 +157,28 @@ bool CTonboxDoc::makeFolders()
 
 void CTonboxDoc::setProject(std::unique_ptr<CDSPProject> pProject)
 {
+    if (m_transport.state() == TRANSPORT_SOUND_IN)
+        m_transport.stopSoundIn();
     m_pProject = std::move(pProject);
+    if (m_pProject && !m_pProject->m_sSidechainFile.empty()) {
+        if (m_transportState.hasAudioThread())
+            m_transport.onStop(); // the audio thread reads the sidechain
+        m_sidechain.load(m_pProject->m_sSidechainFile, m_dialogs);
+    }
+    projectChanged(true);
+}
+
+void CTonboxDoc::projectChanged(bool bSaved)
+{
+    if (!m_pProject)
+        m_crashRecorder.clearProject();
+    else if (!m_crashRecorder.setProject(m_pProject->m_sProjectFile, projectBytes(*m_pProject), bSaved))
+        m_dialogs.note("There is no memory to keep unsaved changes of the project for the case of a crash.");
 }
 
 void CTonboxDoc::OnCloseDocument()
 {
-    m_transport.onStop();
+    m_transport.close();
     m_engine.m_bBypass = true;
 }
 

@@ -1,4 +1,5 @@
 #include "audio/audio_devices.h"
+#include "support/fake_audio_system.h"
 
 #include <gtest/gtest.h>
 #include <tuple>
@@ -7,6 +8,7 @@
 namespace velmora::test {
 namespace {
 
+constexpr const char* NOT_UP = "Could not initialize the Port Audio System.";
 constexpr const char* NO_INPUT = "No audio input device found!";
 constexpr const char* NO_OUTPUT = "No audio output device found!";
 constexpr const char* NEITHER = "No audio input or output device found!";
@@ -20,32 +22,6 @@ CAudioDeviceInfo device(std::string sName, int nInputs, int nOutputs)
     info.m_dDefaultSampleRate = 48000.0;
     return info;
 }
-
-class CPretendedAudioSystem : public IAudioSystem
-{
-  public:
-    bool initialize() override
-    {
-        m_nUses += m_bWorks ? 1 : 0;
-        return m_bWorks;
-    }
-    void terminate() override { --m_nUses; }
-    std::vector<CAudioDeviceInfo> devices() const override { return m_devices; }
-    int defaultInputDevice() const override { return m_nDefaultInput; }
-    int defaultOutputDevice() const override { return m_nDefaultOutput; }
-    bool isInputFormatSupported(int nDevice, int nChannels, double dRate) const override
-    {
-        return nDevice == m_nTestedDevice && nChannels == 2 && dRate == m_dSupportedRate;
-    }
-
-    bool m_bWorks = true;
-    int m_nUses = 0;
-    std::vector<CAudioDeviceInfo> m_devices;
-    int m_nDefaultInput = -1;
-    int m_nDefaultOutput = -1;
-    int m_nTestedDevice = -1;
-    double m_dSupportedRate = 44100.0;
-};
 
 TEST(AudioDevices, matchesNamesAndFallsBackToTheDefaults)
 {
@@ -76,7 +52,7 @@ TEST(AudioDevices, matchesNamesAndFallsBackToTheDefaults)
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(::testing::Message() << test.m_sInput << ", " << test.m_sOutput << ", " << test.m_sDUT);
-        CPretendedAudioSystem system;
+        CFakeAudioSystem system;
         system.m_devices = devices;
         system.m_nDefaultInput = test.m_nDefaultInput;
         system.m_nDefaultOutput = test.m_nDefaultOutput;
@@ -94,16 +70,17 @@ TEST(AudioDevices, matchesNamesAndFallsBackToTheDefaults)
 
 TEST(AudioDevices, takesTheDefaultRateWhereTheInputRefusesTheOneAsked)
 {
-    const std::tuple<const char*, int, double, double> cases[] = {
-        {"mic", 0, 44100.0, 44100.0},
-        {"mic", 0, 96000.0, 48000.0},
-        {"mic", 1, 44100.0, 48000.0},
-        {"none", -1, 96000.0, 96000.0}, // nothing to ask
+    const std::tuple<const char*, double, double> cases[] = {
+        {"mic", 44100.0, 44100.0},
+        {"mic", 96000.0, 48000.0},
+        {"mono", 44100.0, 48000.0}, // has not the two channels
+        {"none", 96000.0, 96000.0}, // nothing to ask
     };
-    for (const auto& [sInput, nTestedDevice, dAsked, dExpected] : cases) {
-        CPretendedAudioSystem system;
-        system.m_devices = {device("mic", 2, 0), device("speaker", 0, 2)};
-        system.m_nTestedDevice = nTestedDevice;
+    for (const auto& [sInput, dAsked, dExpected] : cases) {
+        CFakeAudioSystem system;
+        system.m_devices = {device("mic", 2, 0), device("speaker", 0, 2), device("mono", 1, 0)};
+        system.m_refusedRates = {96000.0};
+        system.m_nDefaultInput = -1;
         CAudioDevices chosen(system);
         CAudioDeviceChoice choice{sInput, "speaker", "None", dAsked};
         (void)chosen.choose(choice);
@@ -113,23 +90,82 @@ TEST(AudioDevices, takesTheDefaultRateWhereTheInputRefusesTheOneAsked)
 
 TEST(AudioDevices, pairsEveryStartOfTheAudioSystemWithOneEnd)
 {
-    CPretendedAudioSystem system;
-    system.m_devices = {device("card", 2, 2)};
+    CFakeAudioSystem system;
     {
         CAudioDevices chosen(system);
         CAudioDeviceChoice choice{"card", "card", "card"};
-        system.m_bWorks = false;
-        EXPECT_EQ(chosen.choose(choice), "Could not initialize the Port Audio System.");
+        system.m_errors["initialize"] = -9999;
+        EXPECT_EQ(chosen.choose(choice), NOT_UP);
         EXPECT_FALSE(chosen.isAvailable());
         EXPECT_EQ(chosen.inputDevice(), -1);
         EXPECT_EQ(choice.m_sInputName, "card");
-        system.m_bWorks = true;
-        EXPECT_EQ(chosen.choose(choice), "");
+        system.m_errors.clear();
+        EXPECT_EQ(chosen.rescan(choice), "");
         EXPECT_EQ(chosen.choose(choice), "");
         EXPECT_TRUE(chosen.isAvailable());
-        EXPECT_EQ(system.m_nUses, 1);
+        EXPECT_FALSE(chosen.supportedRates(0, 0).empty());
+        EXPECT_EQ(system.uses(), 1);
     }
-    EXPECT_EQ(system.m_nUses, 0);
+    EXPECT_EQ(system.uses(), 0);
+}
+
+TEST(AudioDevices, findsTheNamesOfTheSettingsAgainAfterARescan)
+{
+    CFakeAudioSystem system;
+    system.m_devices = {device("mic", 2, 0), device("speaker", 0, 2)};
+    system.m_nDefaultInput = 0;
+    system.m_nDefaultOutput = 1;
+    CAudioDevices chosen(system);
+    CAudioDeviceChoice choice{"mic", "speaker", "speaker"};
+    ASSERT_EQ(chosen.choose(choice), "");
+
+    system.m_afterRescan = {device("new", 2, 2), device("speaker", 0, 2), device("mic", 2, 0)};
+    ASSERT_EQ(chosen.rescan(choice), "");
+    EXPECT_EQ(chosen.inputDevice(), 2);
+    EXPECT_EQ(chosen.devices().size(), 3U);
+
+    system.m_errors["rescan"] = -9999;
+    system.m_afterRescan.emplace();
+    EXPECT_EQ(chosen.rescan(choice), NOT_UP);
+    EXPECT_EQ(chosen.inputDevice(), 2);
+
+    system.m_errors.clear();
+    system.m_afterRescan = {device("new", 0, 2)};
+    system.m_nDefaultInput = -1;
+    system.m_nDefaultOutput = 0;
+    EXPECT_EQ(chosen.rescan(choice), NO_INPUT);
+    EXPECT_EQ(choice.m_sInputName + choice.m_sOutputName + choice.m_sDUTName, "NonenewNone");
+    EXPECT_EQ(chosen.outputDevice(), 0);
+}
+
+TEST(AudioDevices, testsRatesWithAllChannelsAndTakesLatencyFromTheDevice)
+{
+    CFakeAudioSystem system;
+    system.m_devices = {device("mic", 2, 0), device("speaker", 0, 2)};
+    for (const double dRate : CAudioDevices::usualRates())
+        if (dRate != 44100.0 && dRate != 192000.0)
+            system.m_refusedRates.insert(dRate);
+    CAudioDevices chosen(system);
+    CAudioDeviceChoice choice;
+    (void)chosen.choose(choice);
+    const std::vector<double> both = {44100.0, 192000.0};
+    EXPECT_EQ(chosen.supportedRates(0, 1), both);
+    EXPECT_EQ(chosen.supportedRates(-1, 1), both);
+    const std::pair<int, int> impossible[] = {{-1, -1}, {2, -1}, {1, 0}};
+    for (const auto& [nInput, nOutput] : impossible)
+        EXPECT_TRUE(chosen.supportedRates(nInput, nOutput).empty()) << nInput << " " << nOutput;
+    system.m_errors["initialize"] = -9999;
+    EXPECT_FALSE(chosen.isRateSupported(0, 1, 44100.0));
+
+    CAudioDeviceInfo info;
+    info.m_dDefaultLowInputLatency = 0.1;
+    info.m_dDefaultHighInputLatency = 0.2;
+    info.m_dDefaultLowOutputLatency = 0.3;
+    info.m_dDefaultHighOutputLatency = 0.4;
+    EXPECT_EQ(streamLatency(info, true, true, 1), 0.1);
+    EXPECT_EQ(streamLatency(info, true, false, 2), 0.4);
+    EXPECT_EQ(streamLatency(info, false, true, 0), 0.0);
+    EXPECT_EQ(streamLatency(info, false, false, 3), 0.4 * 3);
 }
 
 } // namespace

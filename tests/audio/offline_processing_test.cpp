@@ -77,7 +77,7 @@ class OfflineProcessingTest : public testing::Test
     std::filesystem::path m_out;
     std::vector<float> m_samples;
     test::CRecordingDialogs m_dialogs;
-    CTransport m_transport;
+    CTransportState m_transport;
     CSidechain m_sidechain;
     CAudioEngine m_engine{m_transport, m_sidechain};
     test::CScalingPlugIn m_plugIn;

@@ -51,6 +51,85 @@ TEST(SidechainTest, AMissingFileIsRefusedInSilenceAndABrokenOneWithAMessage)
     EXPECT_EQ(sidechain.buffer(), nullptr);
 }
 
+TEST(SidechainTest, TheChoosersTakeTheirFilesWhileStopped)
+{
+    const test::CTemporaryFolder folder;
+    const auto wave = countingFile(folder, 4, 1);
+    const auto aif = folder / "sidechain.aif";
+    std::filesystem::copy_file(wave, aif);
+    constexpr const char* NOT_STOPPED =
+        "You must stop audio streaming before loading the sidechain audio file.";
+    struct CRow
+    {
+        bool m_bButton;
+        ETransportState m_eState;
+        std::optional<std::filesystem::path> m_chosen;
+        std::vector<std::string> m_messages;
+        bool m_bTaken;
+    };
+    const CRow rows[] = {
+        {true, TRANSPORT_STOP, wave, {}, true},
+        {true, TRANSPORT_STOP, aif, {"Not a .WAV file."}, false},
+        {false, TRANSPORT_STOP, aif, {}, true},
+        {true, TRANSPORT_STOP, std::nullopt, {}, false},
+        {true, TRANSPORT_PLAY, wave, {NOT_STOPPED}, false},
+        {false, TRANSPORT_IDLE, wave, {NOT_STOPPED}, false},
+    };
+    for (const CRow& row : rows) {
+        CTransportState transport;
+        transport.setState(row.m_eState);
+        test::CRecordingDialogs dialogs;
+        dialogs.m_openFile = row.m_chosen;
+        CSidechain sidechain;
+        ASSERT_TRUE(sidechain.load(wave, dialogs));
+        std::filesystem::path observed;
+        sidechain.m_onLoaded = [&](const std::filesystem::path& path) { observed = path; };
+        const bool bTaken = row.m_bButton ? sidechain.chooseFromButton(transport, dialogs)
+                                          : sidechain.chooseFromMenu(transport, dialogs);
+        EXPECT_EQ(bTaken, row.m_bTaken);
+        EXPECT_EQ(dialogs.m_messages, row.m_messages);
+        EXPECT_EQ(sidechain.path(), row.m_bTaken ? *row.m_chosen : wave); // else the earlier file
+        EXPECT_EQ(observed, row.m_bTaken ? *row.m_chosen : std::filesystem::path());
+        EXPECT_EQ(sidechain.reason().empty(), row.m_bTaken);
+    }
+}
+
+TEST(SidechainTest, TheSliderRunsFromMinus60AtItsBottomTo12AtItsTop)
+{
+    EXPECT_EQ(CSidechain::levelFromPosition(256), -60.0F);
+    EXPECT_EQ(CSidechain::levelFromPosition(0), 12.0F);
+    EXPECT_EQ(CSidechain::levelFromPosition(43), -0.09375F);
+    EXPECT_EQ(CSidechain::positionFromLevel(0.0F), 43);
+    EXPECT_EQ(CSidechain::positionFromLevel(-60.0F), 256);
+    EXPECT_EQ(CSidechain::positionFromLevel(12.0F), 0);
+    EXPECT_EQ(CSidechain::positionFromLevel(99.0F), 0);
+}
+
+TEST(SidechainTest, TurningItOffZeroesAllSixMeters)
+{
+    const test::CTemporaryFolder folder;
+    test::CRecordingDialogs dialogs;
+    CTransportState transport;
+    CSidechain sidechain;
+    CAudioEngine engine(transport, sidechain);
+    ASSERT_TRUE(sidechain.load(countingFile(folder, 8, 2), dialogs));
+    EXPECT_EQ(sidechain.shortName(), "sidechain.wav");
+    sidechain.m_fGain_dB = 12.0F;
+    ASSERT_TRUE(sidechain.openForStream(4));
+    sidechain.readBlock(4);
+    sidechain.setEnabled(true, engine);
+    std::vector<float> in(8, 0.5F);
+    std::vector<float> out(8);
+    const CSoundFileInfo stereo{0, 2, 44100, 0};
+    engine.processPortAudioFile(in.data(), out.data(), 8, false, &stereo);
+    for (unsigned uMeter = 0; uMeter < METER_COUNT; ++uMeter)
+        EXPECT_GT(engine.meter(static_cast<EMeter>(uMeter)), 0.0F) << uMeter;
+    sidechain.setEnabled(false, engine);
+    EXPECT_FALSE(sidechain.m_bEnabled);
+    for (unsigned uMeter = 0; uMeter < METER_COUNT; ++uMeter)
+        EXPECT_EQ(engine.meter(static_cast<EMeter>(uMeter)), 0.0F) << uMeter;
+}
+
 TEST(SidechainTest, AfterTheEndComesSilenceOrTheBeginning)
 {
     const test::CTemporaryFolder folder;
@@ -86,7 +165,7 @@ TEST(SidechainTest, ReachesThePlugInWithItsGainAndReplacesTheInputWhenListening)
     const test::CTemporaryFolder folder;
     test::CRecordingDialogs dialogs;
     for (const int nSidechainChannels : {1, 2}) {
-        CTransport transport;
+        CTransportState transport;
         CSidechain sidechain;
         CAudioEngine engine(transport, sidechain);
         transport.setState(TRANSPORT_PLAY);
@@ -129,7 +208,7 @@ TEST(SidechainTest, ReachesThePlugInWithItsGainAndReplacesTheInputWhenListening)
 
 TEST(SidechainTest, ListeningWithoutAFileActsAsNotListening)
 {
-    CTransport transport;
+    CTransportState transport;
     CSidechain sidechain;
     CAudioEngine engine(transport, sidechain);
     sidechain.m_bListen = true;

@@ -1,4 +1,3 @@
-#include "base/audio_system.h"
 #include "document/project_commands.h"
 #include "document/tonbox_doc.h"
 #include "document/toolchain_choice.h"
@@ -15,6 +14,7 @@
 #include "project/preset.h"
 #include "project/preset_file.h"
 #include "project/user_variables.h"
+#include "support/fake_audio_system.h"
 #include "support/test_support.h"
 
 #include <gmock/gmock.h>
@@ -29,17 +29,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-
-class CNoAudioSystem : public IAudioSystem
-{
-  public:
-    bool initialize() override { return false; }
-    void terminate() override {}
-    std::vector<CAudioDeviceInfo> devices() const override { return {}; }
-    int defaultInputDevice() const override { return -1; }
-    int defaultOutputDevice() const override { return -1; }
-    bool isInputFormatSupported(int, int, double) const override { return false; }
-};
 
 class CNoView : public IMessageTarget
 {
@@ -107,7 +96,7 @@ class ProjectCommands : public testing::Test
     test::CTemporaryFolder m_folder;
     test::CRecordingDialogs m_dialogs;
     CNoView m_view;
-    CNoAudioSystem m_audioSystem;
+    test::CFakeAudioSystem m_audioSystem;
     CTonboxDoc m_document{m_dialogs, m_audioSystem, m_view};
     std::unique_ptr<CProjectCommands> m_pCommands;
 };

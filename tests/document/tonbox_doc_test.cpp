@@ -1,8 +1,8 @@
-#include "base/audio_system.h"
 #include "base/platform_folders.h"
 #include "base/text.h"
 #include "document/tonbox_doc.h"
 #include "host/user_dsp_filter.h"
+#include "support/fake_audio_system.h"
 #include "support/test_support.h"
 
 #include <cstdlib>
@@ -11,31 +11,6 @@
 
 namespace velmora {
 namespace {
-
-// An audio system that can refuse to come up, with the devices that a test gives it.
-class CAudioSystemDouble : public IAudioSystem
-{
-  public:
-    bool initialize() override
-    {
-        m_nUses += m_bWorks;
-        return m_bWorks;
-    }
-    void terminate() override { --m_nUses; }
-    std::vector<CAudioDeviceInfo> devices() const override { return m_devices; }
-    int defaultInputDevice() const override { return m_nDefaultInput; }
-    int defaultOutputDevice() const override { return m_nDefaultOutput; }
-    bool isInputFormatSupported(int, int, double dSampleRate) const override
-    {
-        return dSampleRate == 48000.0;
-    }
-
-    bool m_bWorks = true;
-    int m_nUses = 0;
-    std::vector<CAudioDeviceInfo> m_devices;
-    int m_nDefaultInput = -1;
-    int m_nDefaultOutput = -1;
-};
 
 class CMessageSink : public IMessageTarget
 {
@@ -47,7 +22,11 @@ class CMessageSink : public IMessageTarget
 class TonboxDocTest : public testing::Test
 {
   protected:
-    TonboxDocTest() : m_directory(std::filesystem::current_path()) {}
+    TonboxDocTest() : m_directory(std::filesystem::current_path())
+    {
+        m_audioSystem.m_devices.clear();
+        m_audioSystem.m_nDefaultInput = m_audioSystem.m_nDefaultOutput = -1;
+    }
     ~TonboxDocTest() override { std::filesystem::current_path(m_directory); }
 
     CTonboxDoc::CStartUp startUp() const { return {.m_userFolder = m_folder / "Velmora"}; }
@@ -63,7 +42,7 @@ class TonboxDocTest : public testing::Test
     std::filesystem::path m_directory;
     test::CTemporaryFolder m_folder;
     test::CRecordingDialogs m_dialogs;
-    CAudioSystemDouble m_audioSystem;
+    test::CFakeAudioSystem m_audioSystem;
     CMessageSink m_view;
 };
 
@@ -101,7 +80,7 @@ TEST_F(TonboxDocTest, AShorterSettingsFileIsCompletedAndKept)
 
 TEST_F(TonboxDocTest, WithoutAnAudioSystemStartUpEndsAfterTheMessage)
 {
-    m_audioSystem.m_bWorks = false;
+    m_audioSystem.m_errors["initialize"] = -9999;
     CTonboxDoc document(m_dialogs, m_audioSystem, m_view);
     EXPECT_FALSE(document.OnNewDocument(startUp()));
     EXPECT_EQ(m_dialogs.m_messages, std::vector<std::string>{"Could not initialize the Port Audio System."});
@@ -111,6 +90,7 @@ TEST_F(TonboxDocTest, WithoutAnAudioSystemStartUpEndsAfterTheMessage)
 
 TEST_F(TonboxDocTest, DevicesThatWereFoundStandInTheSettings)
 {
+    m_audioSystem.m_refusedRates = {44100.0};
     m_audioSystem.m_devices.resize(2);
     m_audioSystem.m_devices[0].m_sName = "Mic";
     m_audioSystem.m_devices[0].m_nMaxInputChannels = 2;
@@ -128,9 +108,9 @@ TEST_F(TonboxDocTest, DevicesThatWereFoundStandInTheSettings)
         EXPECT_EQ(document.settings().DUTDeviceName(), "None");
         EXPECT_EQ(document.settings().sampleRate(), 48000.0);
         EXPECT_EQ(document.audioDevices().outputDevice(), 1);
-        EXPECT_EQ(m_audioSystem.m_nUses, 1);
+        EXPECT_EQ(m_audioSystem.uses(), 1);
     }
-    EXPECT_EQ(m_audioSystem.m_nUses, 0);
+    EXPECT_EQ(m_audioSystem.uses(), 0);
 }
 
 TEST_F(TonboxDocTest, AUserFolderThatCannotBeMadeIsNamed)
@@ -140,7 +120,7 @@ TEST_F(TonboxDocTest, AUserFolderThatCannotBeMadeIsNamed)
     EXPECT_FALSE(document.OnNewDocument({.m_userFolder = m_folder / "file/Velmora"}));
     ASSERT_EQ(m_dialogs.m_messages.size(), 1U);
     EXPECT_NE(m_dialogs.m_messages.front().find("file/Velmora"), std::string::npos);
-    EXPECT_EQ(m_audioSystem.m_nUses, 0);
+    EXPECT_EQ(m_audioSystem.uses(), 0);
 }
 
 TEST_F(TonboxDocTest, WithoutTheVariableFoldersAreMadeInTheCurrentDirectory)
