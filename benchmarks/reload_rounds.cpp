@@ -3,7 +3,7 @@
 //
 //     reload_rounds [ROUNDS] [COMPILER ID]        1000 rounds with GCC unless given
 
-#include "base/audio_system.h"
+#include "audio/portaudio_system.h"
 #include "base/message_target.h"
 #include "base/platform_folders.h"
 #include "base/user_dialogs.h"
@@ -54,17 +54,6 @@ class CNoView : public velmora::IMessageTarget
   public:
     void post(unsigned, std::size_t, std::ptrdiff_t) override {}
     std::ptrdiff_t send(unsigned, std::size_t, std::ptrdiff_t) override { return 0; }
-};
-
-class CNoAudio : public velmora::IAudioSystem
-{
-  public:
-    bool initialize() override { return false; }
-    void terminate() override {}
-    std::vector<velmora::CAudioDeviceInfo> devices() const override { return {}; }
-    int defaultInputDevice() const override { return -1; }
-    int defaultOutputDevice() const override { return -1; }
-    bool isInputFormatSupported(int, int, double) const override { return false; }
 };
 
 // Pages of this process that are in memory, in kB.
@@ -140,7 +129,7 @@ int main(int nArguments, char** ppArguments)
     bool bDone = false;
     long nDescriptors = 0;
     {
-        CNoAudio audio;
+        velmora::CPortAudioSystem audio; // never brought up
         CNoView view;
         velmora::CTonboxDoc document(dialogs, audio, view);
         velmora::CTonboxDoc::CStartUp startUp;

@@ -82,6 +82,7 @@ int runBench(CCommandContext& context)
             throw CBenchInterrupted();
         const CWorkFolder folder;
         append(benchOffline(folder.path(), steps));
+        append(benchCallback(steps));
         append(benchDsp(steps));
         try {
             append(benchLibraries(folder.path(), steps));

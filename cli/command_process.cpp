@@ -1,6 +1,7 @@
 #include "cli/command_process.h"
 
 #include "base/text.h"
+#include "cli/engine_options.h"
 #include "cli/headless_document.h"
 #include "cli/json_writer.h"
 #include "cli/shown_values.h"
@@ -9,31 +10,6 @@
 namespace velmora::cli {
 
 namespace {
-
-void setUpEngine(const CCommandLine& line, CAudioEngine& engine)
-{
-    engine.m_uChannelMode = static_cast<unsigned>(line.number("--mode", CHANNEL_MODE_STEREO_STEREO));
-    engine.m_fInputGain_dB = static_cast<float>(line.number("--in-gain", 0.0));
-    engine.m_fOutputGain_dB = static_cast<float>(line.number("--out-gain", 0.0));
-    engine.m_bBypass = line.has("--bypass");
-}
-
-// False if the sidechain's file cannot be used; the user has been told.
-bool setUpSidechain(CCommandContext& context, CSidechain& sidechain)
-{
-    const CCommandLine& line = context.line();
-    const auto file = line.text("--sidechain");
-    if (!file)
-        return true;
-    sidechain.m_fGain_dB = static_cast<float>(line.number("--sidechain-gain", 0.0));
-    sidechain.m_bLoop = line.has("--sidechain-loop");
-    sidechain.m_bListen = line.has("--listen");
-    sidechain.m_bEnabled = true;
-    if (sidechain.load(*file, context.dialogs()))
-        return true;
-    context.showReason(sidechain.reason());
-    return false;
-}
 
 std::string resultText(const COfflineProcessing::CResult& result, bool bJson)
 {
@@ -65,9 +41,9 @@ int runProcess(CCommandContext& context)
     CHeadlessDocument document(context);
     if (!document.applyFilterOptions())
         return EXIT_FAILED;
-    setUpEngine(context.line(), document->audioEngine());
+    applyEngineOptions(context.line(), document->audioEngine());
     // That there is no filter comes first of all that the processing finds fault with.
-    if (document->currentFilter() && !setUpSidechain(context, document->sidechain()))
+    if (document->currentFilter() && !applySidechainOptions(context, document->sidechain()))
         return EXIT_FAILED;
 
     context.dialogs().setSaveFile(*context.line().argument("OUT"));

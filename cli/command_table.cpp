@@ -1,10 +1,9 @@
+#include "cli/audio_command_rows.h"
 #include "cli/command.h"
 #include "cli/command_bench.h"
 #include "cli/command_demo.h"
 #include "cli/command_devices.h"
-#include "cli/command_measure.h"
 #include "cli/command_plugin.h"
-#include "cli/command_process.h"
 #include "cli/command_settings.h"
 #include "cli/project_command_rows.h"
 
@@ -15,19 +14,11 @@ namespace velmora::cli {
 
 namespace {
 
-constexpr EValueKind FLAG = EValueKind::Flag;
 constexpr EValueKind TEXT = EValueKind::Text;
-constexpr EValueKind NUMBER = EValueKind::Number;
-constexpr EValueKind WHOLE = EValueKind::WholeNumber;
 constexpr EValueKind FILE_NAME = EValueKind::File;
 constexpr EValueKind FOLDER = EValueKind::Folder;
 constexpr EValueKind CHOICE = EValueKind::Choice;
 
-// Gains beyond these are no audio.
-constexpr CValueRule decibels()
-{
-    return {NUMBER, -200, 200, {}};
-}
 CValueRule oneOf(std::vector<std::string_view> choices)
 {
     return {.m_eKind = CHOICE, .m_choices = std::move(choices)};
@@ -90,13 +81,14 @@ std::span<const CCommandGroup> commandGroups()
         {"plugin", "Looks at plug-in libraries"},
         {"project", "Makes, changes and builds the projects of plug-ins"},
         {"preset", "Saves and loads presets of a project"},
+        {"osc", "Makes test signals"},
     };
     return GROUPS;
 }
 
 namespace {
 
-std::vector<CCommand> audioCommandRows()
+std::vector<CCommand> plugInCommandRows()
 {
     return {
         {
@@ -160,96 +152,6 @@ std::vector<CCommand> audioCommandRows()
                            {"plugin inspect Gain.so --set 0=-6", "Shows where the slider stands at -6."}},
             .m_pRun = runPlugInInspect,
         },
-        {
-            .m_sName = "process",
-            .m_sSummary = "runs an audio file through a plug-in into a new one",
-            .m_sDescription =
-                "Runs the audio file IN through the filter, faster than real time, into the new file "
-                "OUT, which keeps IN's rate, channels, container and sample format whatever its name says: "
-                "AIFF data stays AIFF under a name that ends in .wav. The new file appears under its name "
-                "only when it is complete; a failure leaves every file as it was.",
-            .m_arguments = {{"IN", "Audio file to read: WAV, AIFF and others; mono or stereo.", {FILE_NAME}},
-                            {"OUT", "File to write; its name must hold .wav.", {FILE_NAME}}},
-            .m_options =
-                {
-                    {"--mode",
-                     "0..5",
-                     "Channel mode: 0 mono to mono, 1 mono to stereo, 2 stereo to stereo (the default); 3, 4 "
-                     "and "
-                     "5 the same with the dry input added.",
-                     {WHOLE, 0, 5}},
-                    {"--in-gain", "DB", "Gain ahead of the filter in dB.", decibels()},
-                    {"--out-gain", "DB", "Gain behind the filter in dB.", decibels()},
-                    {"--bypass", "", "Passes the audio around the filter; the gains still apply."},
-                    {"--sidechain", "FILE", "Audio file for the filter's sidechain input.", {FILE_NAME}},
-                    {"--sidechain-gain",
-                     "DB",
-                     "Gain of the sidechain in dB.",
-                     decibels(),
-                     false,
-                     {},
-                     "--sidechain"},
-                    {"--sidechain-loop",
-                     "",
-                     "Starts the sidechain over at its end.",
-                     {FLAG},
-                     false,
-                     {},
-                     "--sidechain"},
-                    {"--listen",
-                     "",
-                     "Writes the sidechain in place of the output.",
-                     {FLAG},
-                     false,
-                     {},
-                     "--sidechain"},
-                    {"--force", "", "Overwrites OUT if it exists."},
-                },
-            .m_bTakesFilter = true,
-            .m_sJsonResult =
-                R"({"frames", "channels", "rate", "seconds", "xRealtime", "peak", "overs", "notFinite"})",
-            .m_examples = {{"process voice.wav louder.wav --plugin Gain.so --set 0=6",
-                            "Runs a recording through a plug-in with one control set."},
-                           {"process mix.wav out.wav --plugin Ducker.so --sidechain voice.wav --force",
-                            "Feeds the sidechain from a second file and overwrites out.wav."}},
-            .m_pRun = runProcess,
-        },
-        {
-            .m_sName = "measure",
-            .m_sSummary = "measures the impulse, step, frequency or phase response of a plug-in",
-            .m_sDescription = "Passes an impulse or a step through the filter and prints what comes out, or "
-                              "the magnitude or phase "
-                              "of its spectrum. Without --json and -o it prints a summary and a few values.",
-            .m_arguments = {{"KIND", "impulse, step, frequency (dB) or phase (degrees, not unwrapped).",
-                             oneOf({"impulse", "step", "frequency", "phase"})}},
-            .m_options =
-                {
-                    {"--rate", "HZ", "Sample rate in Hz; 44100 unless given.", {WHOLE, 1, 10000000}},
-                    {"--length",
-                     "N",
-                     "Frames to measure; 1024 unless given. For frequency and phase a power of two.",
-                     {WHOLE, 1, 16777216}},
-                    {"--normalize", "", "Scales the largest sample of an impulse or step response to 1."},
-                    {"-o", "FILE", "Writes the left channel's values to a file.", {FILE_NAME}},
-                    {"--format",
-                     "c|matlab|csv",
-                     "Format of that file; unless given it follows from its name: .c, .h and .cpp a C array, "
-                     ".m "
-                     "and .txt MATLAB, .csv comma-separated.",
-                     oneOf({"c", "matlab", "csv"}),
-                     false,
-                     {},
-                     "-o"},
-                },
-            .m_bTakesFilter = true,
-            .m_sJsonResult =
-                R"({"rate", "frames", "left": [...], "right": [...]}; frequency also "leftPeak" and )"
-                R"("rightPeak": {"maxdB", "maxHz", "dcdB"})",
-            .m_examples = {{"measure frequency --plugin Filter.so --length 8192",
-                            "Prints a frequency response."},
-                           {"measure impulse --plugin Filter.so -o h.csv", "Saves an impulse response."}},
-            .m_pRun = runMeasure,
-        },
     };
 }
 
@@ -260,11 +162,14 @@ std::vector<CCommand> systemCommandRows()
             .m_sName = "devices",
             .m_sSummary = "lists audio and MIDI devices",
             .m_sDescription =
-                "Lists the audio devices with their channels and default rates, and the MIDI inputs "
-                "and outputs. A system without any has empty lists.",
+                "Lists the audio devices with their channels, the rates that they take with all of these, "
+                "and "
+                "which of them the settings name, and the MIDI inputs and outputs. A system without any has "
+                "empty lists.",
             .m_sJsonResult = R"({"audio": [{"index", "name", "hostApi", "inputChannels", "outputChannels", )"
                              R"("sampleRate", "lowInputLatency", "lowOutputLatency", "highInputLatency", )"
-                             R"("highOutputLatency", "defaultInput", "defaultOutput"}], )"
+                             R"("highOutputLatency", "defaultInput", "defaultOutput", "rates": [Hz, ...], )"
+                             R"("chosenInput", "chosenOutput", "chosenDUT"}], )"
                              R"("midiIn": [{"name", "api"}], "midiOut": [{"name", "api"}]})",
             .m_examples = {{"devices", "Shows which names the settings may hold."}},
             .m_pRun = runDevices,
@@ -306,7 +211,7 @@ std::span<const CCommand> commandTable()
 {
     static const std::vector<CCommand> COMMANDS = [] {
         std::vector<CCommand> all;
-        for (auto rows : {audioCommandRows(), projectCommandRows(), systemCommandRows()})
+        for (auto rows : {plugInCommandRows(), audioCommandRows(), projectCommandRows(), systemCommandRows()})
             std::ranges::move(rows, std::back_inserter(all));
         return all;
     }();

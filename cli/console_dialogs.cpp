@@ -63,7 +63,8 @@ std::optional<std::filesystem::path> CConsoleDialogs::chooseOpenFile(std::string
 void CConsoleDialogs::note(std::string_view sText)
 {
     constexpr std::string_view PLUG_IN_MARGIN = "    ";
-    if (!m_bQuiet && sText.starts_with(PLUG_IN_MARGIN))
+    const bool bIsSentence = sText.ends_with('.');
+    if (!m_bQuiet && (sText.starts_with(PLUG_IN_MARGIN) || (m_bSentences && bIsSentence)))
         printToStandardError(sText);
 }
 

@@ -2,6 +2,8 @@
 
 #include "base/user_dialogs.h"
 
+#include <atomic>
+
 namespace velmora::cli {
 
 // The dialogs of a shell: every box goes to standard error as it stands, one after the other, and
@@ -23,8 +25,11 @@ class CConsoleDialogs : public IUserDialogs
     // The file set with setOpenFile().
     std::optional<std::filesystem::path> chooseOpenFile(std::string_view sFilter) override;
 
-    // Prints the texts of plug-ins, which have four blanks ahead, and no other status line.
+    // Prints the texts of plug-ins, which have four blanks ahead, and full sentences when they are wanted.
+    // The other status lines name steps that nobody at a shell waits for.
     void note(std::string_view sText) override;
+
+    void showSentences(bool bOn) { m_bSentences = bOn; }
 
     void setSaveFile(std::filesystem::path file) { m_saveFile = std::move(file); }
 
@@ -45,6 +50,7 @@ class CConsoleDialogs : public IUserDialogs
     bool m_bMayOverwrite = false;
     bool m_bDeclined = false;
     bool m_bQuiet;
+    std::atomic<bool> m_bSentences{false};
     std::optional<std::filesystem::path> m_saveFile;
     std::optional<std::filesystem::path> m_openFile;
     std::string m_sLastMessage;

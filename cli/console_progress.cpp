@@ -34,7 +34,7 @@ void showActivity(std::string_view sText)
     if (::isatty(STDERR_FILENO) != 1)
         return;
     g_bBarShown = true;
-    writeText("\r\033[K" + std::string(sText));
+    writeText("\r" + std::string(sText) + "\033[K");
 }
 
 CConsoleProgress::CConsoleProgress(bool bQuiet)

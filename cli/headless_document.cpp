@@ -35,15 +35,17 @@ bool isNumberWithUnits(std::string_view sText, std::string_view sUnits)
 CHeadlessDocument::CHeadlessDocument(CCommandContext& context)
     : m_context(context), m_view(context.dialogs()), m_document(context.dialogs(), m_audioSystem, m_view)
 {
-    m_document.transport().setState(TRANSPORT_STOP);
+    m_document.transportState().setState(TRANSPORT_STOP);
+    m_document.plugInLoader().setPlaysSynths(false);
 }
 
-bool CHeadlessDocument::start()
+bool CHeadlessDocument::start(bool bRecordCrashes)
 {
     CTonboxDoc::CStartUp startUp;
     startUp.m_userFolder = m_context.userFolder();
     startUp.m_bOpenAudioSystem = false;
     startUp.m_bScanPlugIns = false;
+    startUp.m_bRecordCrashes = bRecordCrashes;
     return m_document.OnNewDocument(startUp);
 }
 
@@ -59,11 +61,30 @@ bool CHeadlessDocument::loadPlugIn(const std::filesystem::path& library)
     CPlugInLoader& loader = m_document.plugInLoader();
     if (loader.loadPlugin(library, false))
         return true;
+    tellWhyNotLoaded();
+    return false;
+}
+
+bool CHeadlessDocument::swapPlugIn(const std::filesystem::path& library)
+{
+    CPlugInLoader& loader = m_document.plugInLoader();
+    const bool bDone = runPlugIn([&] {
+        if (const CLoadedPlugIn* pOld = loader.current())
+            loader.carryOver(CControlValues(*pOld->plugIn()));
+        return loader.loadPlugin(library, true) != nullptr;
+    });
+    if (!bDone)
+        tellWhyNotLoaded();
+    return bDone;
+}
+
+void CHeadlessDocument::tellWhyNotLoaded()
+{
+    const CPlugInLoader& loader = m_document.plugInLoader();
     m_context.showReason(loader.reason());
     if (loader.isRebuildRequested())
         m_context.dialogs().showMessage("Rebuilding is not possible from here; build the plug-in again with "
                                         "the current files of BaseClassFiles.");
-    return false;
 }
 
 bool CHeadlessDocument::runPlugIn(const std::function<bool()>& work)

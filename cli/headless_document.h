@@ -13,7 +13,8 @@
 namespace velmora::cli {
 
 // The document of a command, with all that it needs to run without a window. Nothing is started: what a
-// command needs of the start-up it asks for, so that one which only processes a file touches nothing else.
+// command needs of the start-up it asks for, so that one which only processes a file touches nothing else. A
+// plug-in that makes its own sound is loaded without a note of it being played.
 class CHeadlessDocument
 {
   public:
@@ -22,13 +23,18 @@ class CHeadlessDocument
     [[nodiscard]] CTonboxDoc& operator*() { return m_document; }
     [[nodiscard]] CTonboxDoc* operator->() { return &m_document; }
 
-    // Makes the user folder ready and reads the settings, and scans the plug-in folder if asked to. False
-    // if the user folder cannot be used; the user has been told.
-    [[nodiscard]] bool start();
+    // Makes the user folder ready and reads the settings. With bRecordCrashes a crash of the last run is
+    // told, and one of this run will be. False if the user folder cannot be used; the user has been told.
+    [[nodiscard]] bool start(bool bRecordCrashes = false);
 
     // Loads a plug-in and makes it the current filter; a crash of it is told and ends the program from now
     // on. False if it cannot be loaded; the user has been told.
     [[nodiscard]] bool loadPlugIn(const std::filesystem::path& library);
+
+    // Goes over to a new build of the plug-in that is loaded, while audio runs through it. The values of its
+    // controls are carried over. False if it cannot be loaded; the user has been told, and the build of
+    // before is still the current filter.
+    [[nodiscard]] bool swapPlugIn(const std::filesystem::path& library);
 
     // From now on a crash inside a plug-in is told under this name and ends the program.
     void guardPlugIn(std::string_view sName);
@@ -42,6 +48,7 @@ class CHeadlessDocument
     [[nodiscard]] bool runPlugIn(const std::function<bool()>& work);
 
   private:
+    void tellWhyNotLoaded();
     [[nodiscard]] bool applyPreset(const std::filesystem::path& file);
     [[nodiscard]] bool applyControlOption(const CGivenOption& option);
 

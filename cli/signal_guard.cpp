@@ -20,14 +20,6 @@ namespace {
 volatile std::sig_atomic_t g_nInterrupted = 0;
 volatile std::sig_atomic_t g_nCancellable = 0;
 
-constexpr std::array FAULT_SIGNALS = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
-std::array<struct sigaction, FAULT_SIGNALS.size()> g_oldActions;
-
-// The faults' handler has a stack of its own, for the plug-in that used up the thread's.
-alignas(16) std::array<char, 64 * 1024> g_handlerStack;
-
-stack_t g_oldStack;
-
 std::array<char, 256> g_plugInName;
 volatile std::sig_atomic_t g_nGuarding = 0;
 
@@ -49,22 +41,6 @@ void onInterrupt(int nSignal)
 
 void onBrokenPipe(int) {}
 
-const char* nameOf(int nSignal)
-{
-    switch (nSignal) {
-    case SIGSEGV:
-        return "SIGSEGV";
-    case SIGBUS:
-        return "SIGBUS";
-    case SIGFPE:
-        return "SIGFPE";
-    case SIGILL:
-        return "SIGILL";
-    default:
-        return "SIGABRT";
-    }
-}
-
 // Ends the program without another step of its own. Calls nothing but what is safe in a signal handler.
 [[noreturn]] void endWithMessage(std::initializer_list<const char*> texts)
 {
@@ -74,9 +50,10 @@ const char* nameOf(int nSignal)
     ::_exit(EXIT_FAILED);
 }
 
-void onFault(int nSignal)
+void onFault(const CFault& fault)
 {
-    endWithMessage({"The plug-in ", g_plugInName.data(), " crashed (signal ", nameOf(nSignal), ").\n"});
+    endWithMessage(
+        {"The plug-in ", g_plugInName.data(), " crashed (signal ", faultSignalName(fault.m_nSignal), ").\n"});
 }
 
 void onExit()
@@ -127,25 +104,13 @@ CCrashGuard::CCrashGuard(std::string_view sPlugInName)
     *std::copy_n(sPlugInName.begin(), uLength, g_plugInName.begin()) = '\0';
     [[maybe_unused]] static const int REGISTERED = std::atexit(onExit);
     g_nGuarding = 1;
-
-    stack_t stack = {};
-    stack.ss_sp = g_handlerStack.data();
-    stack.ss_size = g_handlerStack.size();
-    ::sigaltstack(&stack, &g_oldStack);
-
-    struct sigaction action = {};
-    action.sa_handler = onFault;
-    action.sa_flags = SA_ONSTACK | SA_RESETHAND;
-    for (std::size_t u = 0; u < FAULT_SIGNALS.size(); ++u)
-        ::sigaction(FAULT_SIGNALS[u], &action, &g_oldActions[u]);
+    watchThread(EThreadRole::main);
+    m_watch.emplace(EFaultStep::finish, onFault);
 }
 
 CCrashGuard::~CCrashGuard()
 {
     g_nGuarding = 0;
-    for (std::size_t u = 0; u < FAULT_SIGNALS.size(); ++u)
-        ::sigaction(FAULT_SIGNALS[u], &g_oldActions[u], nullptr);
-    ::sigaltstack(&g_oldStack, nullptr);
 }
 
 } // namespace velmora::cli

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "base/platform_fault_handler.h"
+
+#include <optional>
 #include <string_view>
 
 namespace velmora::cli {
@@ -17,8 +20,8 @@ void setCancellable(bool bCancellable);
 [[nodiscard]] bool wasInterrupted();
 
 // While it lives, a fault inside a plug-in, or its call of exit(), ends the program with one line that names
-// the plug-in and an exit status of EXIT_FAILED, and leaves no unfinished output file behind. Only one at a
-// time. [main]
+// the plug-in and an exit status of EXIT_FAILED, and leaves no unfinished output file behind. A crash
+// recorder has written its report by then. Only one at a time. [main]
 class CCrashGuard
 {
   public:
@@ -26,6 +29,9 @@ class CCrashGuard
     ~CCrashGuard();
     CCrashGuard(const CCrashGuard&) = delete;
     CCrashGuard& operator=(const CCrashGuard&) = delete;
+
+  private:
+    std::optional<CFaultWatch> m_watch;
 };
 
 } // namespace velmora::cli

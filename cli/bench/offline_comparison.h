@@ -2,7 +2,7 @@
 
 #include "audio/audio_engine.h"
 #include "audio/sidechain.h"
-#include "audio/transport.h"
+#include "audio/transport_state.h"
 #include "host/user_dsp_filter.h"
 #include "plugin.h"
 
@@ -47,7 +47,7 @@ struct CBenchHost
 {
     explicit CBenchHost(const CBenchPath& path);
 
-    CTransport m_transport;
+    CTransportState m_transport;
     CSidechain m_sidechain;
     CAudioEngine m_engine{m_transport, m_sidechain};
     CBenchPlugIn m_plugIn;

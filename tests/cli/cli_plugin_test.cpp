@@ -65,7 +65,8 @@ TEST_F(CCliPlugInTest, InspectPrintsEveryField)
     EXPECT_EQ(mood["uControlId"].number(), 7);
     EXPECT_EQ(mood["uControlType"].number(), 104);
     EXPECT_EQ(mood["uUserDataType"].number(), 3);
-    EXPECT_EQ(mood["cEnumeratedList"].text(), "Calm,Fault,Abort,Overflow,Slow,Chatty,Leave,Throw");
+    EXPECT_EQ(mood["cEnumeratedList"].text(),
+              "Calm,Fault,Abort,Overflow,Slow,Chatty,Leave,Throw,Divide,Jump,Trap");
     EXPECT_EQ(mood["value"].number(), 1);
     const CJsonValue& angle = result["controls"][1];
     EXPECT_EQ(angle["m_sName"].text(), "Angle");

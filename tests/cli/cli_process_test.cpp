@@ -167,7 +167,10 @@ TEST_F(CCliProcessTest, SurvivesAnUnrulyPlugInWithAClearLine)
         {"7=2", "The plug-in Unruly crashed (signal SIGABRT).\n"},
         {"7=3", "The plug-in Unruly crashed (signal SIGSEGV).\n"},
         {"7=6", "The plug-in Unruly ended the program.\n"},
-        {"7=7", "The plug-in Unruly threw an exception: too loud.\n"}};
+        {"7=7", "The plug-in Unruly threw an exception: too loud.\n"},
+        {"7=8", "The plug-in Unruly crashed (signal SIGFPE).\n"},
+        {"7=9", "The plug-in Unruly crashed (signal SIGSEGV).\n"},
+        {"7=10", "The plug-in Unruly crashed (signal SIGILL).\n"}};
     for (const auto& [sMood, sLine] : moods)
         expectRefusal(processing({"--force", "--set", sMood}), {sLine});
 }

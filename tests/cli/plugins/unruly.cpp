@@ -18,7 +18,10 @@ enum EMood
     SLOW,     // takes about a tenth of a millisecond for each frame
     CHATTY,   // prints, and tells the host
     LEAVE,    // calls exit()
-    THROW     // throws an exception of its own
+    THROW,    // throws an exception of its own
+    DIVIDE,   // by zero
+    JUMP,     // calls a function that is not there
+    TRAP      // runs into an instruction that no processor has
 };
 
 class CTooLoud : public std::exception
@@ -43,11 +46,11 @@ class CUnruly : public CPlugIn
         mood.uControlType = FILTER_CONTROL_COMBO_VARIABLE;
         mood.uControlId = 7;
         mood.uUserDataType = UINTData;
-        mood.fUserDisplayDataHiLimit = THROW;
+        mood.fUserDisplayDataHiLimit = TRAP;
         mood.m_pUserCookedUINTData = &m_uMood;
         mood.cControlName = "Mood";
         mood.cVariableName = "m_uMood";
-        mood.cEnumeratedList = "Calm,Fault,Abort,Overflow,Slow,Chatty,Leave,Throw";
+        mood.cEnumeratedList = "Calm,Fault,Abort,Overflow,Slow,Chatty,Leave,Throw,Divide,Jump,Trap";
         m_UIControlList.append(mood);
 
         CUICtrl angle;
@@ -88,6 +91,12 @@ class CUnruly : public CPlugIn
             std::exit(0);
         if (m_uMood == THROW)
             throw CTooLoud();
+        if (m_uMood == DIVIDE)
+            m_uDepth = m_uMood / m_uNothing;
+        if (m_uMood == JUMP)
+            m_pNoFunction();
+        if (m_uMood == TRAP)
+            __builtin_trap();
         if (m_uMood == SLOW) {
             const timespec pause = {0, 50000};
             nanosleep(&pause, nullptr);
@@ -116,6 +125,8 @@ class CUnruly : public CPlugIn
     float m_fSidechain = 0.0F;
     double m_dAngle = 0.0;
     int* volatile m_pNowhere = nullptr;
+    volatile UINT m_uNothing = 0;
+    void (*volatile m_pNoFunction)() = nullptr;
 };
 
 } // namespace
