@@ -39,6 +39,19 @@ bool takesInput(CCommandContext& context, CStreamSession& session)
     return false;
 }
 
+// Why less is heard than the user may expect.
+void tellOfShortFile(CCommandContext& context, CStreamSession& session)
+{
+    const CSoundFile& file = session.document()->wave().second();
+    const std::string sName = *context.line().argument("IN");
+    if (file.missingFrames() > 0)
+        context.dialogs().showMessage(
+            formatted("The file %s is cut short: it holds %lld of the %lld frames that it promises.",
+                      sName.c_str(), file.info().m_nFrames, file.info().m_nFrames + file.missingFrames()));
+    else if (file.isOpen() && file.info().m_nFrames == 0)
+        context.dialogs().showMessage("The file " + sName + " holds no audio.");
+}
+
 // Nothing is resampled.
 void tellOfSidechainRate(CCommandContext& context, CStreamSession& session)
 {
@@ -79,6 +92,7 @@ int runPlay(CCommandContext& context)
         if (context.line().has("--loop"))
             session.document()->wave().requestLoop();
         transport.onPlay();
+        tellOfShortFile(context, session);
         tellOfSidechainRate(context, session);
     });
 }

@@ -46,6 +46,7 @@ bool CHeadlessDocument::start(bool bRecordCrashes)
     startUp.m_bOpenAudioSystem = false;
     startUp.m_bScanPlugIns = false;
     startUp.m_bRecordCrashes = bRecordCrashes;
+    watchForExit(); // ahead of the crash recorder
     return m_document.OnNewDocument(startUp);
 }
 

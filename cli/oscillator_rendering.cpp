@@ -1,6 +1,7 @@
 #include "cli/oscillator_rendering.h"
 
 #include "audio/sound_file.h"
+#include "base/platform_denormals.h"
 #include "base/progress.h"
 #include "base/safe_file.h"
 #include "host/dsp_filter.h"
@@ -52,6 +53,7 @@ bool COscillatorRendering::renderInto(const std::filesystem::path& target, CDSPF
 bool COscillatorRendering::runLoop(CDSPFilter& source, const CFormat& format, CSoundFile& file,
                                    IProgress& progress)
 {
+    const CDenormalsOff denormals; // as in a stream, for the same samples
     source.m_nSampleRate = format.m_nSampleRate;
     source.m_nChannels = format.m_nChannels;
     source.prepareForPlay();

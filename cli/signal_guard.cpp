@@ -98,11 +98,16 @@ bool wasInterrupted()
     return g_nInterrupted != 0;
 }
 
+void watchForExit()
+{
+    [[maybe_unused]] static const int REGISTERED = std::atexit(onExit);
+}
+
 CCrashGuard::CCrashGuard(std::string_view sPlugInName)
 {
     const auto uLength = std::min(sPlugInName.size(), g_plugInName.size() - 1);
     *std::copy_n(sPlugInName.begin(), uLength, g_plugInName.begin()) = '\0';
-    [[maybe_unused]] static const int REGISTERED = std::atexit(onExit);
+    watchForExit();
     g_nGuarding = 1;
     watchThread(EThreadRole::main);
     m_watch.emplace(EFaultStep::finish, onFault);

@@ -19,6 +19,10 @@ void setCancellable(bool bCancellable);
 // Whether an interrupt has come. [any]
 [[nodiscard]] bool wasInterrupted();
 
+// Has CCrashGuard look after exit() too. What registers for exit() later, such as a crash recorder, has its
+// turn ahead of it, and must, because it ends the program at once. [main]
+void watchForExit();
+
 // While it lives, a fault inside a plug-in, or its call of exit(), ends the program with one line that names
 // the plug-in and an exit status of EXIT_FAILED, and leaves no unfinished output file behind. A crash
 // recorder has written its report by then. Only one at a time. [main]

@@ -16,6 +16,11 @@ namespace {
 // How often the transport is looked after and the line on the terminal is drawn.
 constexpr double TICK_SECONDS = 0.05;
 
+std::string counted(unsigned long long uCount, const char* pThing)
+{
+    return formatted("%llu %s%s", uCount, pThing, uCount == 1 ? "" : "s");
+}
+
 } // namespace
 
 CStreamSession::CStreamSession(CCommandContext& context) : m_context(context), m_document(context) {}
@@ -135,17 +140,17 @@ std::string CStreamSession::resultAsText()
 {
     const auto [uBuffers, uUnderruns, uInputLosses, uOverruns, dLoad, dPeakLoad, dPeakFilterLoad] = figures();
     std::string sText =
-        formatted("%.3f s at %d Hz on %s: %llu buffers of %d frames, %llu underrun%s, load at most %.1f %%",
-                  secondsPlayed(), m_nRate, deviceName(false).c_str(),
-                  static_cast<unsigned long long>(uBuffers), m_document->streams().framesPerBuffer(),
-                  static_cast<unsigned long long>(uUnderruns), uUnderruns == 1 ? "" : "s", 100.0 * dPeakLoad);
+        formatted("%.3f s at %d Hz on %s: %s of %s, %s, load at most %.1f %%", secondsPlayed(), m_nRate,
+                  deviceName(false).c_str(), counted(uBuffers, "buffer").c_str(),
+                  counted(static_cast<unsigned>(m_document->streams().framesPerBuffer()), "frame").c_str(),
+                  counted(uUnderruns, "underrun").c_str(), 100.0 * dPeakLoad);
     if (m_bInput && uInputLosses > 0)
-        sText += formatted(", input lost %llu times", static_cast<unsigned long long>(uInputLosses));
+        sText += ", input lost " + counted(uInputLosses, "time");
     if (uOverruns > 0)
-        sText += formatted(", %llu buffers took longer than they last",
-                           static_cast<unsigned long long>(uOverruns));
+        sText += ", " + counted(uOverruns, "buffer") +
+                 (uOverruns == 1 ? " took longer than it lasts" : " took longer than they last");
     if (m_watch)
-        sText += formatted(", %u new builds", m_watch->swaps());
+        sText += ", " + counted(m_watch->swaps(), "new build");
     return sText + "\n";
 }
 
@@ -158,7 +163,7 @@ std::string CStreamSession::resultAsJson()
     json.member("underruns", figures.m_uHostUnderruns);
     json.member("peakLoad", figures.m_dPeakLoad);
     json.member("overruns", figures.m_uOverruns);
-    json.member("inputLosses", figures.m_uInputLosses);
+    json.member("inputLosses", m_bInput ? figures.m_uInputLosses : 0); // some systems count without an input
     json.member("peakFilterLoad", figures.m_dPeakFilterLoad);
     json.member("device", deviceName(false));
     json.key("inputDevice");

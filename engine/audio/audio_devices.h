@@ -72,6 +72,10 @@ class CAudioDevices
 
     [[nodiscard]] static std::span<const double> usualRates(); // Hz, ascending
 
+    // Where people choose devices, for messages that advise them to.
+    static constexpr const char* WHERE_CHOSEN =
+        "Audio/MIDI->Setup Audio Devices in the window, velmora-cli devices in a shell";
+
     [[nodiscard]] IAudioSystem& system() const { return m_system; }
 
   private:

@@ -40,6 +40,12 @@ void CAudioEngine::prepare(double dSampleRate)
     m_dSampleRate = dSampleRate;
     m_meters.prepare(dSampleRate);
     m_fade.setLength(std::max(1U, static_cast<unsigned>(std::lround(FADE_SECONDS * dSampleRate))));
+    rearmNotices();
+    const int nSampleRate = static_cast<int>(std::lround(dSampleRate));
+    if (!m_pOscillator || m_pOscillator->m_nSampleRate == nSampleRate)
+        return;
+    m_pOscillator->m_nSampleRate = nSampleRate;
+    m_pOscillator->prepareForPlay();
 }
 
 bool CAudioEngine::processPortAudioFile(float* pIn, float* pOut, int nSamples, bool bOffline,

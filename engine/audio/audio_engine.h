@@ -39,7 +39,9 @@ class CAudioEngine
 
     CAudioEngine(CTransportState& transport, CSidechain& sidechain);
 
-    // Readies meters, fade and load for a rate in Hz and clears the meters. [main, no stream running]
+    // Readies meters, fade and load for a rate in Hz and clears the meters; what is told once of a filter
+    // will be told again; an oscillator that was prepared for another rate begins anew at this one. [main, no
+    // stream running]
     void prepare(double dSampleRate);
 
     // Processes nSamples floats over all channels; the input is scaled by the input gain in place. The
@@ -58,8 +60,11 @@ class CAudioEngine
     // silence until rewindMeasurement(). False if there is no output buffer. [audio], beside the others
     bool processDUT(float* pOut, int nSamples);
     static constexpr std::size_t MEASUREMENT_SAMPLES = 4096;
-    [[nodiscard]] std::span<float, MEASUREMENT_SAMPLES> measurementRing() { return m_measurement; } // [main]
-    void rewindMeasurement() { m_uMeasured.store(0, std::memory_order_relaxed); }                   // [main]
+    [[nodiscard]] std::span<float, MEASUREMENT_SAMPLES> measurementRing() // [main, m_nSoundMode is 0]
+    {
+        return m_measurement;
+    }
+    void rewindMeasurement() { m_uMeasured.store(0, std::memory_order_relaxed); } // [main]
 
     // The filter that audio runs through, null for none. Set at once, without a fade, and only while the run
     // gate is closed or no stream runs. [main]

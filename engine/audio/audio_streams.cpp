@@ -2,6 +2,7 @@
 
 #include "audio/audio_devices.h"
 #include "audio/audio_engine.h"
+#include "audio/keep_for_good.h"
 #include "audio/stream_callbacks.h"
 #include "audio/wave_stream.h"
 #include "base/text.h"
@@ -79,13 +80,6 @@ class COpenGate
     CRunGate& m_gate;
     bool m_bWasClosed;
 };
-
-// Contexts that the audio system may still call with, because it did not answer. They are kept for good.
-void keepForGood(std::unique_ptr<CStreamContext> pContext)
-{
-    static auto& kept = *new std::vector<std::unique_ptr<CStreamContext>>; // outlives even the program's end
-    kept.push_back(std::move(pContext));
-}
 
 } // namespace
 
@@ -268,6 +262,9 @@ void CAudioStreams::close(EAudioStream eStream, bool bQuiet)
     release(eStream, bQuiet);
     if (eStream != STREAM_WAVE)
         return;
+    m_wave.finish();
+    if (hasHangingCallback())
+        return; // it may still use them; the next start gives them back
     m_wave.close();
     m_sidechain.close();
 }
@@ -301,9 +298,16 @@ void CAudioStreams::release(EAudioStream eStream, bool bQuiet)
 void CAudioStreams::endContext(CStream& stream, int nError)
 {
     const bool bEnded = stream.m_pContext->end();
+    if (!bEnded)
+        m_hanging.push_back(stream.m_pContext.get());
     if (!bEnded || nError == IAudioSystem::AUDIO_NO_ANSWER)
-        keepForGood(std::move(stream.m_pContext));
+        keepForGood(std::move(stream.m_pContext)); // it may still be called with
     stream.m_pContext.reset();
+}
+
+bool CAudioStreams::hasHangingCallback() const
+{
+    return std::ranges::any_of(m_hanging, [](const CStreamContext* p) { return p->m_nInside.load() > 0; });
 }
 
 bool CAudioStreams::isLost(EAudioStream eStream) const
@@ -336,6 +340,7 @@ bool CAudioStreams::failWith(std::string_view sMessage, int nError)
 {
     m_dialogs.showMessage(sMessage);
     m_sReason = std::string(sMessage) + " " + m_system.errorText(nError) + ".";
+    m_dialogs.note(m_sReason);
     return false;
 }
 
@@ -355,8 +360,8 @@ bool CAudioStreams::failAt(EAudioStream eStream, int nStep, int nError)
         m_sReason = formatted("The stream of the %s on %s at %s Hz could not be %s",
                               std::string(ROWS[eStream].m_sName).c_str(), deviceNames(eStream).c_str(),
                               shortestDecimal(m_dOpenedRate).c_str(), step.m_pVerb);
-    m_sReason += formatted(": %s (error %d). Audio/MIDI->Setup Audio Devices offers others.",
-                           m_system.errorText(nError).c_str(), nError);
+    m_sReason += formatted(": %s (error %d). You may choose another device (%s).",
+                           m_system.errorText(nError).c_str(), nError, CAudioDevices::WHERE_CHOSEN);
     m_dialogs.note(m_sReason);
     if (eStream != STREAM_WAVE)
         m_dialogs.showMessage(step.m_pMessage + std::to_string(nError));

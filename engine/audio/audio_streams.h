@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmora {
 
@@ -55,7 +56,8 @@ class CAudioStreams
     [[nodiscard]] bool resume(EAudioStream eStream);
 
     // Stop and close a stream; nothing happens if it is not open. No callback of it runs afterwards, whatever
-    // the audio system answers. The wave stream's files and buffers go with it. bQuiet shows no messages.
+    // the audio system answers, but for one that hangs. The wave stream's files and buffers go with it,
+    // unless a callback hangs. bQuiet shows no messages.
     void close(EAudioStream eStream, bool bQuiet = false);
     void closeOutputStream() { close(STREAM_OUTPUT); }
 
@@ -67,6 +69,10 @@ class CAudioStreams
     // Whether a stream that was started has stopped without having completed: its device or the audio server
     // is gone.
     [[nodiscard]] bool isLost(EAudioStream eStream) const;
+
+    // Whether a callback of a stream that was closed has not come back yet, as from a plug-in's endless loop.
+    // No stream is to be opened then: it would run the same filter a second time.
+    [[nodiscard]] bool hasHangingCallback() const;
 
     // The devices that an open stream uses, as the audio system calls them.
     [[nodiscard]] const std::string& deviceNames(EAudioStream eStream) const
@@ -108,7 +114,7 @@ class CAudioStreams
     bool initialize(EAudioStream eStream);
     bool open(EAudioStream eStream, const CRoute& route);
     void release(EAudioStream eStream, bool bQuiet);
-    static void endContext(CStream& stream, int nError);
+    void endContext(CStream& stream, int nError);
     bool fail(std::string_view sMessage);
     bool failWith(std::string_view sMessage, int nError);
     bool failWithoutDevice(const char* pDirection);
@@ -125,6 +131,7 @@ class CAudioStreams
     const CSettings& m_settings;
     IUserDialogs& m_dialogs;
     std::array<CStream, STREAM_COUNT> m_streams;
+    std::vector<const CStreamContext*> m_hanging; // or were, when their streams were closed
     unsigned m_uOpenings = 0;
     double m_dOpenedRate = 44100.0;
     std::string m_sReason;

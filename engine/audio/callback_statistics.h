@@ -27,13 +27,15 @@ class CCallbackStatistics
     void reset(double dSampleRate);
 
     [[nodiscard]] CFigures figures() const; // [any]
-    [[nodiscard]] double
-    percentileMicroseconds(double dFraction) const; // upper bound of the histogram's step
+
+    // What the given fraction of all callbacks, 0.0 to 1.0, did not exceed: the upper bound of the
+    // histogram's step, in microseconds; 0.0 if there was none. [any]
+    [[nodiscard]] double percentileMicroseconds(double dFraction) const;
 
     using clock = std::chrono::steady_clock;
 
-    // One callback: its length in frames, what the audio system reported, when it began, how long it and the
-    // filter in it took. [audio]
+    // One callback: its length in frames, what the audio system reported (EAudioCallbackStatus), how long it
+    // and the filter in it took. [audio]
     void add(unsigned uFrames, unsigned uStatus, clock::duration total, clock::duration filter) noexcept;
 
   private:

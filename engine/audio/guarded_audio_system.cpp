@@ -2,6 +2,7 @@
 
 #include "audio/audio_stream_guard.h"
 #include "audio/audio_worker.h"
+#include "audio/keep_for_good.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -18,12 +19,6 @@ constexpr std::chrono::milliseconds WAIT_FOR_CALLBACK = 1s;
 
 // PortAudio's numbers for a request that no other system would take either.
 constexpr int REQUEST_AT_FAULT[] = {-9998 /* channels */, -9997 /* rate */};
-
-void keepForEver(std::shared_ptr<const void> pThing)
-{
-    static auto& s_kept = *new std::vector<std::shared_ptr<const void>>;
-    s_kept.push_back(std::move(pThing));
-}
 
 std::chrono::milliseconds latencyOf(const CAudioStreamSide& side)
 {
@@ -93,11 +88,11 @@ int CGuardedAudioSystem::ask(CInstance& instance, work work, std::chrono::millis
 
 void CGuardedAudioSystem::giveUp(const CInstance& instance) const
 {
-    keepForEver(instance.m_pSystem);
+    keepForGood(instance.m_pSystem);
     for (const auto& pStream : m_streams) {
         if (pStream->m_pInstance.get() == &instance) {
             pStream->m_pGuard->detach(WAIT_FOR_CALLBACK);
-            keepForEver(pStream->m_pGuard);
+            keepForGood(pStream->m_pGuard);
         }
     }
 }
@@ -320,7 +315,7 @@ int CGuardedAudioSystem::closeStream(audioStream stream)
         limitFor(*pStream));
     if (nError != 0) {
         pStream->m_pGuard->detach(WAIT_FOR_CALLBACK);
-        keepForEver(pStream->m_pGuard);
+        keepForGood(pStream->m_pGuard);
     }
     if (pStream->m_pInstance != m_pCurrent && !isInUse(*pStream->m_pInstance))
         retire(*pStream->m_pInstance);

@@ -7,8 +7,8 @@ namespace velmora {
 class CAudioNotices;
 
 // The last step of a stream's buffer, ahead of the device: a buffer that holds NaN or infinity becomes
-// silence, and samples beyond LIMIT are held to it. Each is told once for a filter. A clean buffer passes bit
-// for bit, at the cost of one look at it. [audio]
+// silence, and samples beyond LIMIT are held to it. Each is told once until rearm(). A clean buffer passes
+// bit for bit, at the cost of one look at it. [audio]
 class COutputGuard
 {
   public:
@@ -16,7 +16,8 @@ class COutputGuard
 
     explicit COutputGuard(CAudioNotices& notices) : m_notices(notices) {}
 
-    // The filter has changed: the next fault is told again. [main, run gate closed or no stream running]
+    // Another filter or stream begins: the next fault is told again. [main, run gate closed or no stream
+    // running]
     void rearm() noexcept { m_bNotFiniteTold = m_bLimitedTold = false; }
 
     // bLimit says whether samples are held to LIMIT.

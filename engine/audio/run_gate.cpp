@@ -22,20 +22,16 @@ bool waitUntil(Condition&& isMet, std::chrono::steady_clock::time_point deadline
 
 } // namespace
 
-CRunGate::ticket CRunGate::enter() noexcept
+void CRunGate::enter() noexcept
 {
     m_runGate.wait();
-    if (++m_uLast == 0)
-        ++m_uLast;
-    const ticket uTicket = m_uLast;
-    m_uInside.store(uTicket, std::memory_order_relaxed); // seen by whoever has the token next
+    m_uInside.fetch_add(1, std::memory_order_relaxed); // seen by whoever has the token next
     m_runGate.set();
-    return uTicket;
 }
 
-void CRunGate::leave(ticket uTicket) noexcept
+void CRunGate::leave() noexcept
 {
-    m_uInside.compare_exchange_strong(uTicket, 0, std::memory_order_release, std::memory_order_relaxed);
+    m_uInside.fetch_sub(1, std::memory_order_release);
 }
 
 bool CRunGate::close(std::chrono::milliseconds patience) noexcept
@@ -58,13 +54,6 @@ void CRunGate::open() noexcept
         return;
     m_bClosed = false;
     m_runGate.set();
-}
-
-void CRunGate::abandonCallback() noexcept
-{
-    m_uInside.store(0, std::memory_order_release);
-    if (!m_bClosed)
-        m_runGate.set();
 }
 
 } // namespace velmora

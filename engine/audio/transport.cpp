@@ -1,5 +1,6 @@
 #include "audio/transport.h"
 
+#include "audio/audio_devices.h"
 #include "audio/audio_engine.h"
 #include "audio/wave_stream.h"
 #include "base/message_target.h"
@@ -93,7 +94,7 @@ void CTransport::onStop()
 void CTransport::startWaveFile()
 {
     m_sReason.clear();
-    if (resumeOpenStream() || !isWaveFileThere())
+    if (isHeldUp() || resumeOpenStream() || !isWaveFileThere())
         return;
     stopLiveStreams();
     const bool bPaused = state() == TRANSPORT_PAUSE;
@@ -281,7 +282,7 @@ void CTransport::startSoundIn()
 {
     m_sReason.clear();
     const ETransportState eBefore = state();
-    if (eBefore == TRANSPORT_SOUND_IN)
+    if (eBefore == TRANSPORT_SOUND_IN || isHeldUp())
         return;
     m_parts.m_streams.close(STREAM_OSCILLATOR);
     m_parts.m_engine.m_bOscillatorRuns = false;
@@ -322,7 +323,7 @@ void CTransport::startOsc()
         refuse("Sound input runs; stop it first.");
         return;
     }
-    if (!prepareForLiveStream(stopForLiveStream()))
+    if (isHeldUp() || !prepareForLiveStream(stopForLiveStream()))
         return;
     if (!m_parts.m_streams.openOscStream()) {
         refuse(m_parts.m_streams.reason());
@@ -350,7 +351,7 @@ void CTransport::startUserOsc()
         refuse("Sound input runs; stop it first.");
         return;
     }
-    if (!prepareForLiveStream(stopForLiveStream()))
+    if (isHeldUp() || !prepareForLiveStream(stopForLiveStream()))
         return;
     m_parts.m_state.setState(TRANSPORT_USER_OSC);
     if (m_parts.m_streams.openOscStream())
@@ -407,11 +408,9 @@ void CTransport::onTimer()
 
 void CTransport::stopAfterLossOf(EAudioStream eStream)
 {
-    const std::string sMessage = "The audio device " + m_parts.m_streams.deviceNames(eStream) +
-                                 " has stopped: it was unplugged, or its audio server has ended. Connect it "
-                                 "again or choose another in "
-                                 "Audio/MIDI->Setup Audio Devices, then start anew.";
+    const std::string sDevices = m_parts.m_streams.deviceNames(eStream);
     m_parts.m_streams.closeAll(true);
+    const std::string sMessage = causeOfLoss(sDevices);
     switch (state()) {
     case TRANSPORT_SOUND_IN:
         stopSoundIn();
@@ -429,6 +428,37 @@ void CTransport::stopAfterLossOf(EAudioStream eStream)
     m_parts.m_view.refresh();
     m_parts.m_dialogs.showMessage(sMessage);
     refuse(sMessage);
+}
+
+// Why a stream stopped that has been closed meanwhile.
+std::string CTransport::causeOfLoss(const std::string& sDevices) const
+{
+    if (m_parts.m_streams.hasHangingCallback())
+        return "The audio has stopped: " + hangingText();
+    return formatted(
+        "The audio device %s has stopped: it was unplugged, or its audio server has ended. Connect "
+        "it again or choose another (%s), then start anew.",
+        sDevices.c_str(), CAudioDevices::WHERE_CHOSEN);
+}
+
+// A callback is in the filter or, ahead of the gate, in the file.
+std::string CTransport::hangingText() const
+{
+    const CDSPFilter* pFilter = m_parts.m_engine.filter();
+    if (!pFilter || !m_parts.m_engine.gate().isInside())
+        return "a file does not come back from being read. See to its disk, then start anew.";
+    return pFilter->m_sName + " does not come back from processing one buffer. Look for a loop that does not "
+                              "end; save your work and start Velmora again.";
+}
+
+// Told, if an earlier stream's callback is still at work.
+bool CTransport::isHeldUp()
+{
+    if (!m_parts.m_streams.hasHangingCallback())
+        return false;
+    refuse("No audio can start: " + hangingText());
+    m_parts.m_dialogs.showMessage(m_sReason);
+    return true;
 }
 
 void CTransport::close()

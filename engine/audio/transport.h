@@ -57,8 +57,6 @@ class CTransport
     void onPause();
     void onStop();
 
-    void startWaveFile();
-
     // bKeepIdle leaves the analyzer running.
     void stopWaveStream(bool bKeepIdle = false);
 
@@ -77,7 +75,7 @@ class CTransport
     bool loadWaveFormat();
 
     // To be called some 20 times a second while the program runs: sees to the end of a file, to a device or a
-    // server that has gone away, and to what the audio thread has to tell.
+    // server that has gone away, to a plug-in that hangs, and to what the audio thread has to tell.
     void onTimer();
 
     // Why the last command did not start what it should, as one sentence, also where no message was shown;
@@ -89,6 +87,7 @@ class CTransport
 
   private:
     bool refuse(std::string sReason);
+    void startWaveFile();
     bool resumeOpenStream();
     bool isWaveFileThere();
     void stopLiveStreams();
@@ -100,6 +99,9 @@ class CTransport
     bool stopForLiveStream();
     bool prepareForLiveStream(bool bAlways);
     void stopAfterLossOf(EAudioStream eStream);
+    [[nodiscard]] std::string causeOfLoss(const std::string& sDevices) const;
+    [[nodiscard]] std::string hangingText() const;
+    [[nodiscard]] bool isHeldUp();
     void note(std::string_view sText);
 
     CParts m_parts;

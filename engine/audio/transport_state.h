@@ -24,8 +24,7 @@ class CTransportState
     [[nodiscard]] ETransportState state() const { return m_eState.load(std::memory_order_relaxed); }
     void setState(ETransportState eState) { m_eState.store(eState, std::memory_order_relaxed); }
 
-    // Whether a callback may be running now. In the other states nothing would ever signal the
-    // buffer-done event, so nobody may wait for it.
+    // Whether a callback may be running now. In the other states none is, and nobody may wait for one.
     [[nodiscard]] bool hasAudioThread() const
     {
         const ETransportState eState = state();

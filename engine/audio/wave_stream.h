@@ -56,7 +56,6 @@ class CWaveStream
     void requestLoop() { m_bLoopRequested = true; }
     void takeLoopRequest();
     void clearLoop() { m_bLoop.store(false, std::memory_order_relaxed); }
-    [[nodiscard]] bool isLoopRequested() const { return m_bLoopRequested; }
     [[nodiscard]] bool isLooping() const { return m_bLoop.load(std::memory_order_relaxed); } // [any]
 
     // Frames that the stream has played since it was opened, over all rounds of a loop. [any]

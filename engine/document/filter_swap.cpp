@@ -27,19 +27,23 @@ bool CFilterSwap::swapTo(CDSPFilter* pNew, const std::function<bool()>& prepare)
 
 bool CFilterSwap::fadeTo(CDSPFilter* pNew)
 {
+    const CDSPFilter* pOld = m_engine.filter();
     if (const CClosedGate gate(m_engine.gate()); gate)
         m_engine.fadeTo(pNew);
     else
         return isStuck();
-    return m_engine.finishFade() || isStuck();
+    return m_engine.finishFade() || isStuck(pOld);
 }
 
-// False, for the caller to hand on.
-bool CFilterSwap::isStuck()
+// False, for the caller to hand on. It may be the current filter or the other one.
+bool CFilterSwap::isStuck(const CDSPFilter* pOther)
 {
-    const CDSPFilter* pFilter = m_engine.filter();
+    std::string sNames;
+    for (const CDSPFilter* pFilter : {pOther, static_cast<const CDSPFilter*>(m_engine.filter())})
+        if (pFilter)
+            sNames += (sNames.empty() ? "" : " or ") + pFilter->m_sName;
     m_dialogs.showMessage("The audio does not come back from the plug-in " +
-                          (pFilter ? pFilter->m_sName : std::string("that was swapped out")) +
+                          (sNames.empty() ? "that was swapped out" : sNames) +
                           ": it has been processing one buffer for two seconds. Save your work and start "
                           "Velmora again.");
     return false;

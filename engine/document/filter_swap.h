@@ -35,7 +35,7 @@ class CFilterSwap
 
   private:
     bool fadeTo(CDSPFilter* pNew);
-    bool isStuck();
+    bool isStuck(const CDSPFilter* pOther = nullptr);
 
     CAudioEngine& m_engine;
     const CTransportState& m_transport;

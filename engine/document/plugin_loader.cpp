@@ -52,7 +52,14 @@ CPlugInLoader::CPlugInLoader(const CParts& parts)
 
 CPlugInLoader::~CPlugInLoader()
 {
-    m_parts.m_engine.setFilter(nullptr);
+    const CClosedGate gate(m_parts.m_engine.gate());
+    if (gate) {
+        m_parts.m_engine.setFilter(nullptr);
+        return;
+    }
+    static_cast<void>(m_loaded.release());
+    for (auto& pPlugIn : m_plugIns)
+        static_cast<void>(pPlugIn.release());
 }
 
 void CPlugInLoader::setPlugInFolder(const std::filesystem::path& folder)
@@ -93,6 +100,17 @@ CDSPFilter* CPlugInLoader::loadPlugin(const std::filesystem::path& libraryName, 
 {
     m_bRebuildRequested = false;
     m_sReason.clear();
+    CLoadedPlugIn* pCurrent = load(libraryName, bStreaming);
+    m_carriedValues = {};
+    m_onFresh = {};
+    if (!pCurrent)
+        return nullptr;
+    startLoaded(*pCurrent);
+    return &pCurrent->filter();
+}
+
+CLoadedPlugIn* CPlugInLoader::load(const std::filesystem::path& libraryName, bool bStreaming)
+{
     std::error_code error;
     std::filesystem::current_path(m_folder, error);
     const auto file = m_folder / libraryName;
@@ -101,11 +119,7 @@ CDSPFilter* CPlugInLoader::loadPlugin(const std::filesystem::path& libraryName, 
         return nullptr;
     }
     auto pNew = survivesProbe(file) ? open(file) : nullptr;
-    CLoadedPlugIn* pCurrent = pNew ? makeCurrent(std::move(pNew), bStreaming) : nullptr;
-    if (!pCurrent)
-        return nullptr;
-    startLoaded(*pCurrent);
-    return &pCurrent->filter();
+    return pNew ? makeCurrent(std::move(pNew), bStreaming) : nullptr;
 }
 
 CDSPFilter* CPlugInLoader::loadRemotePlugin()
@@ -117,7 +131,7 @@ CDSPFilter* CPlugInLoader::loadRemotePlugin()
     const auto chosen =
         m_parts.m_dialogs.chooseOpenFile("Velmora PlugIns (*" + sSuffix + ")|*" + sSuffix + "||");
     CDSPFilter* pFilter = nullptr;
-    if (chosen && chosen->string().find(sSuffix) == std::string::npos)
+    if (chosen && chosen->filename().string().find(sSuffix) == std::string::npos)
         m_parts.m_dialogs.showMessage("Not a .DLL file.");
     else if (chosen)
         pFilter = loadPlugin(std::filesystem::absolute(*chosen, error), m_parts.m_state.hasAudioThread());
@@ -196,6 +210,7 @@ CLoadedPlugIn* CPlugInLoader::makeCurrent(std::unique_ptr<CLoadedPlugIn> pNew, b
     const bool bSwapped = m_swap.swapTo(&pNew->filter(), [&] { return prepareLoaded(*pNew); });
     if (!bSwapped && m_parts.m_engine.filter() == pOldFilter)
         return nullptr;
+    moveViewTo(&pNew->filter());
     // Without the swap's word for it the audio thread is inside the old plug-in, which has to stay for ever.
     if (bSwapped)
         retireLoaded();
@@ -251,7 +266,6 @@ bool CPlugInLoader::prepareLoaded(CLoadedPlugIn& plugIn)
     if (!thrown)
         return true;
     keepReason(filter.m_sName + " threw an exception: " + *thrown + ".");
-    std::erase(m_initialized, plugIn.plugIn());
     m_parts.m_dialogs.showMessage("Could not create the Plug In object.");
     return false;
 }
@@ -259,18 +273,13 @@ bool CPlugInLoader::prepareLoaded(CLoadedPlugIn& plugIn)
 void CPlugInLoader::initOnce(CLoadedPlugIn& plugIn)
 {
     plugIn.plugIn()->m_hParentWnd = m_window.handle();
-    if (std::ranges::find(m_initialized, plugIn.plugIn()) != m_initialized.end())
-        return;
-    m_initialized.push_back(plugIn.plugIn());
-    plugIn.plugIn()->init();
+    plugIn.initOnce();
 }
 
 // What follows when the loaded plug-in is the current filter.
 void CPlugInLoader::startLoaded(CLoadedPlugIn& plugIn)
 {
     CUserDSPFilter& filter = plugIn.filter();
-    m_parts.m_view.showFilter(&filter);
-    m_parts.m_view.clearImpulses();
     showImpulses(filter);
     m_parts.m_view.setTitle(filter.m_sName);
     if (isSynth(&filter))
@@ -300,16 +309,14 @@ void CPlugInLoader::showImpulses(const CDSPFilter& filter)
     m_parts.m_messages.post(MESSAGE_SHOW_ANALYZER, 0, 0);
 }
 
-// What carryOver() handed over serves one load.
 void CPlugInLoader::carryValuesOver(CUserDSPFilter& filter)
 {
     m_changes = {};
-    if (const auto onFresh = std::exchange(m_onFresh, {}))
-        onFresh(*filter.m_pPlugIn);
-    const CControlValues values = std::exchange(m_carriedValues, {});
-    if (values.isEmpty())
+    if (m_onFresh)
+        m_onFresh(*filter.m_pPlugIn);
+    if (m_carriedValues.isEmpty())
         return;
-    m_changes = values.applyTo(*filter.m_pPlugIn);
+    m_changes = m_carriedValues.applyTo(*filter.m_pPlugIn);
     for (const auto& pControl : filter.m_ControlList)
         pControl->updateFromVariable();
 }
@@ -321,7 +328,6 @@ void CPlugInLoader::carryValuesOver(CUserDSPFilter& filter)
 // False, and the status window says why, if the library's code stays in memory.
 bool CPlugInLoader::release(CLoadedPlugIn& plugIn)
 {
-    std::erase(m_initialized, plugIn.plugIn());
     if (plugIn.library() == m_hParentDLL)
         m_hParentDLL = nullptr;
     const bool bGone = plugIn.unload();
@@ -353,7 +359,7 @@ void CPlugInLoader::unloadPlugin(bool bQuiet)
     if (!m_swap.swapTo(nullptr, [] { return true; }))
         return;
     m_parts.m_view.showFilter(nullptr);
-    if (!release(*pCurrent) && !bQuiet)
+    if (!release(*pCurrent))
         m_parts.m_dialogs.showMessage("Couldn't FreeLibrary! Error Code: %02X\n");
     if (pCurrent == m_loaded.get())
         m_loaded.reset();
@@ -371,8 +377,12 @@ void CPlugInLoader::unloadPlugInByName(const std::string& sName)
             m_parts.m_dialogs.note(sName + ": m_hParentDLL is NULL");
             continue;
         }
-        if (pPlugIn.get() == current() && !m_swap.swapTo(nullptr, [] { return true; }))
+        // A plug-in that is not current may still be inside a call that it does not come back from.
+        CDSPFilter* pStaying = pPlugIn.get() == current() ? nullptr : m_parts.m_engine.filter();
+        if (!m_swap.swapTo(pStaying, [] { return true; }))
             return;
+        if (!pStaying)
+            moveViewTo(nullptr);
         m_parts.m_dialogs.note(sName + (release(*pPlugIn) ? ": Unloaded" : ": Unload FAILED!"));
         m_bPlugInLoaded = false;
         break;
@@ -418,6 +428,7 @@ void CPlugInLoader::selectPlugIn()
     if (!bSwapped)
         return;
     m_bPlugInLoaded = false;
+    moveViewTo(&filter);
     retireLoaded();
     if (isSynth(&filter))
         playSynth();
@@ -452,10 +463,11 @@ void CPlugInLoader::selectModule()
     if (!m_swap.swapTo(pModule, prepare))
         return;
     m_bPlugInLoaded = false;
-    retireLoaded();
     CPlugIn* pPlugIn = pModule->m_pPlugIn;
     if (pPlugIn && pPlugIn->m_uPlugInVersion >= LEAST_VERSION_OF_A_WINDOW)
         pPlugIn->m_hParentWnd = m_window.handle();
+    moveViewTo(pModule);
+    retireLoaded();
     if (isSynth(pModule))
         playSynth();
     showSelected(*pModule);
@@ -474,11 +486,17 @@ void CPlugInLoader::prepareSelected(CDSPFilter& filter)
     filter.prepareForPlay();
 }
 
+// To be called ahead of the old filter's end: its window and its impulses are of its library.
+void CPlugInLoader::moveViewTo(CDSPFilter* pFilter)
+{
+    m_parts.m_view.closeCustomGUI();
+    m_parts.m_view.clearImpulses();
+    m_parts.m_view.showFilter(pFilter);
+}
+
 void CPlugInLoader::showSelected(CDSPFilter& filter)
 {
-    m_parts.m_view.showFilter(&filter);
     m_parts.m_view.setTitle(filter.m_sName);
-    m_parts.m_view.clearImpulses();
     showImpulses(filter);
     m_parts.m_view.refresh();
 }

@@ -44,6 +44,9 @@ class CPlugInLoader
     };
 
     explicit CPlugInLoader(const CParts& parts);
+
+    // Takes the filter out and deletes every plug-in. If the audio does not come back from one of them, all
+    // stay in memory for good.
     ~CPlugInLoader();
 
     CPlugInLoader(const CPlugInLoader&) = delete;
@@ -74,9 +77,9 @@ class CPlugInLoader
     // Why the last operation failed, as one sentence, where the message did not say it all; else empty.
     [[nodiscard]] const std::string& reason() const { return m_sReason; }
 
-    // The next plug-in that loadPlugin() loads gets these values, ahead of its first buffer; changes() then
-    // tells what became of them. Without this call it starts from its initial values. onFresh, if given,
-    // sees the plug-in while it still has those.
+    // The next loadPlugin() gives the plug-in these values, ahead of its first buffer; changes() then tells
+    // what became of them. Without this call it starts from its initial values. onFresh, if given, sees the
+    // plug-in while it still has those. Both are for that one load, also if it fails.
     void carryOver(CControlValues values, std::function<void(CPlugIn&)> onFresh = {})
     {
         m_carriedValues = std::move(values);
@@ -114,6 +117,7 @@ class CPlugInLoader
     [[nodiscard]] bool isRebuildRequested() const { return m_bRebuildRequested; }
 
   private:
+    CLoadedPlugIn* load(const std::filesystem::path& libraryName, bool bStreaming);
     std::unique_ptr<CLoadedPlugIn> open(const std::filesystem::path& file);
     bool isContractVersionRight(const CPlugInLibrary& library);
     CPlugIn* createPlugIn(const CPlugInLibrary& library);
@@ -126,6 +130,7 @@ class CPlugInLoader
     void carryValuesOver(CUserDSPFilter& filter);
     void prepareSelected(CDSPFilter& filter);
     void showSelected(CDSPFilter& filter);
+    void moveViewTo(CDSPFilter* pFilter);
     void playSynth();
     void showImpulses(const CDSPFilter& filter);
     void reloadSelected();
@@ -140,7 +145,6 @@ class CPlugInLoader
     std::vector<std::unique_ptr<CLoadedPlugIn>> m_plugIns; // what the scan loaded
     std::unique_ptr<CLoadedPlugIn> m_loaded;               // what loadPlugin() loaded beside the list
     const CPlugInLibrary* m_hParentDLL = nullptr; // the library of the last load; null once it is freed
-    std::vector<const CPlugIn*> m_initialized;    // plug-ins of the list that have had their init()
     std::vector<CScanEntry> m_scanEntries;
     int m_nSelectedPlugIn = -1;
     int m_nSelectedModule = -1;

@@ -488,7 +488,7 @@ void CProjectCommands::unloadPlugIn()
         return;
     m_keptValues = CControlValues(*loader.current()->plugIn());
     m_document.transport().close();
-    loader.unloadPlugin(false);
+    loader.unloadPlugin(!loader.isPlugInLoaded()); // one of the list stays there
 }
 
 // ------------------------------------------------------------------------------------------------

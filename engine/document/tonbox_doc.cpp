@@ -161,8 +161,8 @@ void CTonboxDoc::setProject(std::unique_ptr<CDSPProject> pProject)
         m_transport.stopSoundIn();
     m_pProject = std::move(pProject);
     if (m_pProject && !m_pProject->m_sSidechainFile.empty()) {
-        if (m_transportState.hasAudioThread())
-            m_transport.onStop(); // the audio thread reads the sidechain
+        if (m_streams.isOpen(STREAM_WAVE)) // running or paused, it reads the sidechain
+            m_transport.onStop();
         m_sidechain.load(m_pProject->m_sSidechainFile, m_dialogs);
     }
     projectChanged(true);

@@ -74,7 +74,8 @@ class CTonboxDoc
     [[nodiscard]] std::filesystem::path preferencesFile() const { return m_root / "preferences.txt"; }
 
     // The open project; null for none. Another one replaces and deletes it. Its sidechain file, if it names
-    // one, becomes the sidechain's; a stream of sound input is stopped first.
+    // one, becomes the sidechain's; sound input is stopped first, and with a sidechain file a
+    // wave file, too.
     [[nodiscard]] CDSPProject* project() const { return m_pProject.get(); }
     void setProject(std::unique_ptr<CDSPProject> pProject);
 

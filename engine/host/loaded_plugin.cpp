@@ -25,9 +25,19 @@ CLoadedPlugIn::~CLoadedPlugIn()
     unload();
 }
 
+void CLoadedPlugIn::initOnce()
+{
+    if (m_bInitialized || !m_pPlugIn)
+        return;
+    const CPlugInCallMarker marker(*m_pFilter, EPlugInCall::initializing);
+    m_pPlugIn->init();
+    m_bInitialized = true;
+}
+
 bool CLoadedPlugIn::unload()
 {
     const std::string sFile = m_pLibrary ? m_pLibrary->path().string() : "";
+    m_pFilter->cleanUp(); // its controls are bound to the object's variables
     m_pFilter->detachPlugIn();
     m_pFilter->m_hParentDLL = nullptr;
     const CPlugInCallMarker destruction(m_pFilter->m_sName.c_str(), EPlugInCall::destruction, sFile.c_str());

@@ -32,6 +32,10 @@ class CLoadedPlugIn
     [[nodiscard]] CPlugIn* plugIn() const { return m_pPlugIn; }
     [[nodiscard]] CPlugInLibrary* library() const { return m_pLibrary.get(); }
 
+    // Calls the plug-in's init() unless it has been called before. What it throws is passed on, and the next
+    // call tries again.
+    void initOnce();
+
     // Detaches and deletes the object and frees the library, as ahead of a rebuild. The filter stays, with
     // its name and without a plug-in. No audio thread may be inside the filter. False if the library's
     // code is still in memory afterwards, for the reason that pinReason() then tells. Without a library,
@@ -45,6 +49,7 @@ class CLoadedPlugIn
     std::unique_ptr<CUserDSPFilter> m_pFilter;
     std::unique_ptr<CPlugInLibrary> m_pLibrary;
     CPlugIn* m_pPlugIn;
+    bool m_bInitialized = false;
     std::string m_sPinReason;
 };
 

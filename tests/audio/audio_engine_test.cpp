@@ -254,6 +254,10 @@ TEST_F(AudioEngineTest, AFilterThatTakesLongerThanTheBufferIsToldOnce)
         playConstant(2, 0.5F);
         EXPECT_TRUE(figuresOf(EAudioNotice::overload).empty());
     }
+    m_engine.prepare(44100.0); // the next stream
+    for (int i = 0; i < 3; ++i)
+        playConstant(2, 0.5F);
+    EXPECT_EQ(figuresOf(EAudioNotice::overload).size(), 1U);
     m_engine.m_bBypass = true;
     playConstant(2, 0.5F);
     EXPECT_EQ(m_engine.filterTime().count(), 0);

@@ -399,6 +399,56 @@ TEST(TransportTest, ALostDeviceIsToldOnceAndAnotherStartWorks)
     }
 }
 
+// Neither is the device accused, nor is anything freed or started while the plug-in is still at work.
+TEST(TransportTest, AFilterThatHangsIsNamedAndHoldsUpEveryStart)
+{
+    struct CHangingFilter : test::CDoublingFilter
+    {
+        bool processInterleaved(float* pIn, float* pOut, UINT uChannels, UINT uSamples, UINT uWord) override
+        {
+            while (m_bHangs)
+                std::this_thread::yield();
+            return test::CDoublingFilter::processInterleaved(pIn, pOut, uChannels, uSamples, uWord);
+        }
+        std::atomic<bool> m_bHangs{true};
+    } filter;
+    CTransportBench bench;
+    test::writeCountingWave(bench.m_folder / "side.wav", 1000, 2);
+    ASSERT_TRUE(bench.m_sidechain.load(bench.m_folder / "side.wav", bench.m_dialogs));
+    bench.m_engine.setFilter(&filter);
+    bench.enter(TRANSPORT_PLAY);
+    const CAudioStreamRequest request = bench.m_system.lastRequest();
+    std::vector<float> out(128);
+    std::jthread audio([&] { request.m_pCallback(nullptr, out.data(), 64, 0, request.m_pUser); });
+    while (!bench.m_engine.gate().isInside())
+        std::this_thread::yield();
+    bench.m_system.kill(true);
+    bench.m_transport.onTimer();
+    EXPECT_EQ(bench.m_transport.state(), TRANSPORT_STOP);
+    EXPECT_EQ(bench.m_dialogs.m_messages.size(), 1U);
+    EXPECT_EQ(bench.m_transport.reason().find("The audio has stopped: Doubler does not come back"), 0U);
+    EXPECT_FALSE(bench.m_engine.gate().close(std::chrono::milliseconds(5)));
+    bench.forget();
+    for (const command start :
+         {command([](CTransport& t) { t.onPlay(); }), command([](CTransport& t) { t.startSoundIn(); }),
+          command([](CTransport& t) { t.startOsc(); }), command([](CTransport& t) { t.startUserOsc(); })}) {
+        start(bench.m_transport);
+        EXPECT_EQ(bench.m_transport.state(), TRANSPORT_STOP);
+        EXPECT_EQ(bench.m_transport.reason().find("No audio can start: Doubler does not come back"), 0U);
+    }
+    bench.m_transport.close();
+    EXPECT_EQ(bench.m_dialogs.m_messages.size(), 4U);
+    EXPECT_EQ(bench.calls(), "");
+
+    filter.m_bHangs = false;
+    audio.join();
+    EXPECT_EQ(out[127], 2.0F * 128.0F / 1024.0F);
+    bench.m_system.revive();
+    bench.m_transport.onPlay();
+    EXPECT_EQ(bench.m_system.run(2), 2U);
+    EXPECT_TRUE(bench.m_engine.gate().close());
+}
+
 TEST(TransportTest, NoticesBecomeNotes)
 {
     CTransportBench bench;

@@ -183,6 +183,47 @@ TEST_F(PlugInLoaderTest, ALibraryThatWouldTakeUsDownIsNamedAndNotOpened)
     }
 }
 
+// Each is tried twice: what was tried before does not count as done.
+TEST_F(PlugInLoaderTest, APlugInThatThrowsOnItsWayInIsNotSwappedIn)
+{
+    const std::string files[] = {add("changeling", "throw_in_init"), add("changeling", "throw_in_prepare")};
+    m_loader.scanPlugIns(m_folder.path());
+    selectModule(0);
+    startStream();
+    for (const bool bCrossFade : {true, true, false}) {
+        m_loader.setCrossFade(bCrossFade);
+        for (const int nPlugIn : {0, 1}) {
+            SCOPED_TRACE(files[nPlugIn]);
+            const std::string sThrown = nPlugIn == 0 ? "exception: no init." : "exception: no prepare.";
+            EXPECT_EQ(m_loader.loadPlugin(files[nPlugIn], true), nullptr);
+            EXPECT_NE(m_loader.reason().find(sThrown), std::string::npos) << m_loader.reason();
+            EXPECT_EQ(takeMessages(), std::vector<std::string>{"Could not create the Plug In object."});
+            select(nPlugIn);
+            EXPECT_NE(m_loader.reason().find(sThrown), std::string::npos) << m_loader.reason();
+            EXPECT_EQ(takeMessages(), std::vector<std::string>{m_loader.reason()});
+            EXPECT_EQ(nameOfCurrent(), "One");
+            EXPECT_EQ(m_window.m_pShown, m_engine.filter());
+            EXPECT_FALSE(m_engine.gate().isClosed());
+        }
+    }
+}
+
+TEST_F(PlugInLoaderTest, WhatIsCarriedOverIsForOneLoadAlsoIfItFails)
+{
+    int nSeen = 0;
+    const auto load = [&](const std::string& sFile, bool bCarry) {
+        if (bCarry)
+            m_loader.carryOver({}, [&nSeen](CPlugIn&) { ++nSeen; });
+        m_loader.loadPlugin(sFile, false);
+        return nSeen;
+    };
+    const std::string sFile = add("changeling", "Good");
+    EXPECT_EQ(load("none.so", true), 0);
+    EXPECT_EQ(load(sFile, false), 0);
+    EXPECT_EQ(load(sFile, true), 1);
+    EXPECT_EQ(load(sFile, false), 1);
+}
+
 TEST_F(PlugInLoaderTest, YesToTheQuestionAsksForARebuild)
 {
     m_dialogs.m_bAnswer = true;
@@ -280,6 +321,7 @@ TEST_F(PlugInLoaderTest, AListedPlugInCanBeFreedRebuiltAndSelectedAgain)
         EXPECT_EQ(m_dialogs.m_notes,
                   (std::vector<std::string>{sName + ": Unloaded", sName + ": m_hParentDLL is NULL"}));
         EXPECT_EQ(nameOfCurrent(), "none");
+        EXPECT_EQ(m_window.m_pShown, nullptr);
         ASSERT_EQ(m_loader.plugIns().size(), 1U);
 
         std::filesystem::remove(m_folder / "Reloaded.so");

@@ -2,8 +2,10 @@
 #include "base/text.h"
 #include "document/tonbox_doc.h"
 #include "host/user_dsp_filter.h"
+#include "project/dsp_project.h"
 #include "support/fake_audio_system.h"
 #include "support/test_support.h"
+#include "support/wave_bytes.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -109,8 +111,35 @@ TEST_F(TonboxDocTest, DevicesThatWereFoundStandInTheSettings)
         EXPECT_EQ(document.settings().sampleRate(), 48000.0);
         EXPECT_EQ(document.audioDevices().outputDevice(), 1);
         EXPECT_EQ(m_audioSystem.uses(), 1);
+        document.transport().startOsc();
+        EXPECT_EQ(document.oscillator().m_nSampleRate, 48000);
     }
     EXPECT_EQ(m_audioSystem.uses(), 0);
+}
+
+TEST_F(TonboxDocTest, AProjectWithASidechainStopsTheFileThatReadsTheOldOne)
+{
+    const auto file = m_folder / "sound.wav";
+    test::writeFile(file, test::waveBytes({}, std::vector<double>(44100)));
+    test::CFakeAudioSystem audioSystem;
+    CTonboxDoc document(m_dialogs, audioSystem, m_view);
+    ASSERT_TRUE(document.OnNewDocument(startUp()));
+    document.transport().setWaveFile(file);
+    for (const ETransportState eBefore : {TRANSPORT_PLAY, TRANSPORT_PAUSE, TRANSPORT_OSC}) {
+        document.transport().onPlay();
+        if (eBefore == TRANSPORT_PAUSE)
+            document.transport().onPause();
+        else if (eBefore == TRANSPORT_OSC)
+            document.transport().startOsc();
+        ASSERT_EQ(document.transport().state(), eBefore);
+        auto pProject = std::make_unique<CDSPProject>();
+        pProject->m_sProjectFile = m_folder / "Test.prj";
+        pProject->m_sSidechainFile = file;
+        document.setProject(std::move(pProject));
+        EXPECT_EQ(document.transport().state(), eBefore == TRANSPORT_OSC ? TRANSPORT_OSC : TRANSPORT_STOP);
+        EXPECT_EQ(document.sidechain().path(), file);
+    }
+    EXPECT_TRUE(m_dialogs.m_messages.empty());
 }
 
 TEST_F(TonboxDocTest, AUserFolderThatCannotBeMadeIsNamed)

@@ -101,6 +101,19 @@ class CChangeling : public CPlugIn
             std::terminate(); // what a destructor that throws comes to
     }
 
+    virtual bool init()
+    {
+        if (isCalled("throw_in_init"))
+            throw std::runtime_error("no init");
+        return CPlugIn::init();
+    }
+    virtual bool prepareForPlay()
+    {
+        if (isCalled("throw_in_prepare"))
+            throw std::runtime_error("no prepare");
+        return CPlugIn::prepareForPlay();
+    }
+
   private:
     // Shows a test, as the name of a button, where the plug-in thinks that its library lies.
     void rememberFolder()
