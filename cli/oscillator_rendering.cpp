@@ -31,6 +31,8 @@ bool COscillatorRendering::renderInto(const std::filesystem::path& target, CDSPF
     std::error_code error;
     if (std::filesystem::is_directory(target, error))
         return fail(target.string() + " is a folder; give the name of a file.");
+    if (!progress.report(0.0)) // from here on an interrupt is a cancellation
+        return fail("Rendering was cancelled; nothing was written.");
     CSafeFile unfinished(target);
     CSoundFile file;
     std::string sReason;

@@ -32,8 +32,10 @@ void endBySignal(int nSignal)
 
 void onInterrupt(int nSignal)
 {
-    if (g_nCancellable == 0 || g_nInterrupted != 0)
-        endBySignal(nSignal);
+    if (g_nCancellable == 0 || g_nInterrupted != 0) {
+        endBySignal(nSignal); // when this handler has returned
+        return;
+    }
     g_nInterrupted = 1;
     constexpr std::string_view STOPPING = "\nStopping; once more to stop at once.\n";
     [[maybe_unused]] const auto nWritten = ::write(STDERR_FILENO, STOPPING.data(), STOPPING.size());
