@@ -7,6 +7,7 @@
 #include "base/message_target.h"
 #include "base/platform_folders.h"
 #include "base/user_dialogs.h"
+#include "benchmarks/resident_memory.h"
 #include "document/project_commands.h"
 #include "document/tonbox_doc.h"
 #include "host/user_dsp_filter.h"
@@ -18,7 +19,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <vector>
 
 namespace {
@@ -55,16 +55,6 @@ class CNoView : public velmora::IMessageTarget
     void post(unsigned, std::size_t, std::ptrdiff_t) override {}
     std::ptrdiff_t send(unsigned, std::size_t, std::ptrdiff_t) override { return 0; }
 };
-
-// Pages of this process that are in memory, in kB.
-long residentMemory()
-{
-    std::ifstream status("/proc/self/status");
-    for (std::string sLine; std::getline(status, sLine);)
-        if (sLine.starts_with("VmRSS:"))
-            return std::strtol(sLine.c_str() + 6, nullptr, 10);
-    return 0;
-}
 
 long openDescriptors()
 {

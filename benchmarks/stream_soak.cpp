@@ -6,6 +6,7 @@
 // The exit status is 1 if a buffer was torn, if the stream stopped, if memory grew, or if our own callback
 // needs more than half of the period at p99.99. Built with a sanitizer it leaves time and memory unjudged.
 
+#include "benchmarks/resident_memory.h"
 #include "host/dsp_filter.h"
 #include "real/jack_server.h"
 #include "real/signature_module.h"
@@ -18,7 +19,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -47,16 +47,6 @@ constexpr bool JUDGES_MACHINE = false;
 #else
 constexpr bool JUDGES_MACHINE = true;
 #endif
-
-// Pages of this process that are in memory, in kB.
-long residentMemory()
-{
-    std::ifstream status("/proc/self/status");
-    for (std::string sLine; std::getline(status, sLine);)
-        if (sLine.starts_with("VmRSS:"))
-            return std::strtol(sLine.c_str() + 6, nullptr, 10);
-    return 0;
-}
 
 // Round trips in buffers, 1 being the one that follows the command.
 class CRoundTrips

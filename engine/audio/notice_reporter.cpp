@@ -7,6 +7,7 @@
 #include "base/user_dialogs.h"
 #include "dsp/numeric.h"
 #include "host/dsp_filter.h"
+#include "host/view_messages.h"
 
 #include <utility>
 
@@ -14,7 +15,6 @@ namespace velmora {
 
 namespace {
 
-constexpr unsigned MESSAGE_CAPTURE_READY = 2048;
 constexpr double LIMIT_DB = 24.0;
 
 constexpr const char* DRIVER_ERROR =

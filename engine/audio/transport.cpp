@@ -11,6 +11,7 @@
 #include "host/dsp_filter.h"
 #include "host/guarded_call.h"
 #include "host/plugin_call_marker.h"
+#include "host/view_messages.h"
 
 #include <cmath>
 #include <tuple>
@@ -20,14 +21,10 @@ namespace velmora {
 
 namespace {
 
-constexpr unsigned MESSAGE_SHOW_OSCILLATOR = 2052;
-constexpr unsigned MESSAGE_HIDE_OSCILLATOR = 2065;
-
 constexpr int BIT_DEPTH = 16;
 constexpr int LIVE_CHANNELS = 2;
 constexpr int OSCILLATOR_RATE = 44100; // Hz
 constexpr int MAX_FILE_CHANNELS = 2;
-constexpr std::string_view MAIN_TITLE = "Velmora(tm)";
 
 } // namespace
 

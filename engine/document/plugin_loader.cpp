@@ -12,6 +12,7 @@
 #include "host/plugin_library.h"
 #include "host/plugin_probe.h"
 #include "host/user_dsp_filter.h"
+#include "host/view_messages.h"
 
 #include <algorithm>
 #include <utility>
@@ -22,12 +23,6 @@ namespace {
 
 constexpr unsigned BUFFER_SIZE = 8192;
 
-// Private messages of the main window.
-constexpr unsigned MESSAGE_SHOW_ANALYZER = 2051;
-constexpr unsigned MESSAGE_HIDE_ANALYZER = 2053;
-constexpr unsigned MESSAGE_HIDE_OSCILLATOR = 2065;
-
-constexpr const char* PROGRAM_TITLE = "Velmora(tm)";
 constexpr const char* LIBRARY_SUFFIX = ".so";
 
 constexpr UINT LEAST_VERSION_OF_A_WINDOW = 2; // of a built-in module's plug-in
@@ -351,7 +346,7 @@ void CPlugInLoader::unloadPlugin(bool bQuiet)
     if (!pCurrent || pFilter->m_hParentDLL != m_hParentDLL) {
         if (!bQuiet)
             m_parts.m_dialogs.showMessage("Error: UserDLL does not match parent DLL.");
-        m_parts.m_view.setTitle(PROGRAM_TITLE);
+        m_parts.m_view.setTitle(MAIN_TITLE);
         return;
     }
     m_parts.m_view.closeCustomGUI();
@@ -364,7 +359,7 @@ void CPlugInLoader::unloadPlugin(bool bQuiet)
     if (pCurrent == m_loaded.get())
         m_loaded.reset();
     m_bPlugInLoaded = false;
-    m_parts.m_view.setTitle(PROGRAM_TITLE);
+    m_parts.m_view.setTitle(MAIN_TITLE);
     m_parts.m_view.refresh();
 }
 
@@ -387,7 +382,7 @@ void CPlugInLoader::unloadPlugInByName(const std::string& sName)
         m_bPlugInLoaded = false;
         break;
     }
-    m_parts.m_view.setTitle(PROGRAM_TITLE);
+    m_parts.m_view.setTitle(MAIN_TITLE);
 }
 
 // ------------------------------------------------------------------------------------------------

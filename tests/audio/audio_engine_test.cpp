@@ -283,6 +283,7 @@ TEST_F(AudioEngineTest, ABufferTakesNoMemoryAndNoLock)
     CDSPFilter* const filters[] = {&m_filter, &notFinite, &loud, &slow, nullptr};
     std::vector<float> in(256);
     std::vector<float> out(256);
+    m_engine.prepare(192000.0); // at which a buffer lasts shorter than the slow filter takes
     m_engine.setOscillator(&m_filter);
     m_engine.capture().setRunning(true);
     m_engine.m_nSoundMode = 1;

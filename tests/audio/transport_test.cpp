@@ -1,4 +1,5 @@
 #include "audio/notice_reporter.h"
+#include "host/view_messages.h"
 #include "transport_bench.h"
 
 #include <array>
