@@ -35,14 +35,21 @@ CAudioStreamRequest CAudioStreamGuard::request()
     return request;
 }
 
+bool CAudioStreamGuard::mayPlay()
+{
+    const bool bHeldBack = m_bHeldBack.load(std::memory_order_acquire);
+    return !m_bCalledEarly.exchange(bHeldBack, std::memory_order_relaxed) && !bHeldBack;
+}
+
 EAudioCallbackResult CAudioStreamGuard::callBack(const float* pIn, float* pOut, unsigned uFrames,
                                                  unsigned uStatus, void* pGuard)
 {
     auto& guard = *static_cast<CAudioStreamGuard*>(pGuard);
     const CAudioStreamRequest& request = guard.m_request;
-    auto result = AUDIO_COMPLETE;
     guard.m_bInside = true;
-    if (!guard.m_bDetached)
+    const bool bDetached = guard.m_bDetached;
+    auto result = bDetached ? AUDIO_COMPLETE : AUDIO_CONTINUE;
+    if (!bDetached && guard.mayPlay())
         result = request.m_pCallback(pIn, pOut, uFrames, uStatus, request.m_pUser);
     else if (pOut && request.m_output)
         std::fill_n(pOut, std::size_t{uFrames} * static_cast<unsigned>(request.m_output->m_nChannels), 0.0f);
@@ -53,8 +60,10 @@ EAudioCallbackResult CAudioStreamGuard::callBack(const float* pIn, float* pOut, 
     return result;
 }
 
-void CAudioStreamGuard::started(std::chrono::steady_clock::time_point now)
+void CAudioStreamGuard::starting(std::chrono::steady_clock::time_point now)
 {
+    m_bHeldBack = true;
+    m_bCalledEarly = false;
     m_bCompleted = false;
     m_silence = 0s;
     m_lastLook = now;

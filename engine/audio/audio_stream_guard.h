@@ -7,12 +7,14 @@
 
 namespace velmora {
 
-// Stands between the audio system and the callback of one stream: sees whether callbacks keep coming, and
-// can cut the callback off from a system that no longer obeys.
+// Stands between the audio system and the callback of one stream: sees whether callbacks keep coming, holds
+// the callback back until the stream is heard, and can cut it off from a system that no longer obeys.
 //
-// How it works: the callback raises one flag while it is inside and then looks at the other, detached;
-// detach() raises that one and then waits until nobody is inside. Whichever comes first, the two never miss
-// each other.
+// How it works: a system may call before its connections carry sound (JACK connects from its next period
+// on), and what is played then is lost. Calls ahead of started() are therefore silence, and so is the one
+// that sees it first, as its period may have begun earlier. To cut off, the callback raises one flag while it
+// is inside and then looks at the other, detached; detach() raises that one and then waits until nobody is
+// inside. Whichever comes first, the two never miss each other.
 class CAudioStreamGuard
 {
   public:
@@ -25,8 +27,12 @@ class CAudioStreamGuard
     // The request with the guard in the callback's place. [main]
     [[nodiscard]] CAudioStreamRequest request();
 
-    // A stream was started: the silence counts from here. [main]
-    void started(std::chrono::steady_clock::time_point now);
+    // The stream is about to be started: the time without a callback counts from here, and callbacks are
+    // held back. [main]
+    void starting(std::chrono::steady_clock::time_point now);
+
+    // The start has come back: the callback is called from now on. [main]
+    void started() { m_bHeldBack = false; }
 
     // False when no callback has come for a second, or for four buffers if that is longer. Only the time
     // between looks counts, and at most 250 ms of each, so that a program that was held up does not
@@ -41,6 +47,7 @@ class CAudioStreamGuard
     bool detach(std::chrono::milliseconds limit);
 
   private:
+    [[nodiscard]] bool mayPlay();
     static EAudioCallbackResult callBack(const float* pIn, float* pOut, unsigned uFrames, unsigned uStatus,
                                          void* pGuard);
 
@@ -51,6 +58,8 @@ class CAudioStreamGuard
     unsigned m_uBeatsSeen = 0;
     std::atomic<unsigned> m_uBeats{0};
     std::atomic<bool> m_bInside{false};
+    std::atomic<bool> m_bHeldBack{false};
+    std::atomic<bool> m_bCalledEarly{false}; // a callback was held back
     std::atomic<bool> m_bDetached{false};
     std::atomic<bool> m_bCompleted{false};
 };

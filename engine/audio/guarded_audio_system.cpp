@@ -280,12 +280,14 @@ int CGuardedAudioSystem::startStream(audioStream stream)
     CStream* const pStream = find(stream);
     if (!pStream)
         return NOT_INITIALIZED;
-    pStream->m_pGuard->started(std::chrono::steady_clock::now());
+    pStream->m_pGuard->starting(std::chrono::steady_clock::now());
     const int nError = ask(
         *pStream->m_pInstance,
         [own = pStream->m_stream](IAudioSystem& system) { return system.startStream(own); },
         limitFor(*pStream));
     pStream->m_bStarted = nError == 0;
+    if (pStream->m_bStarted)
+        pStream->m_pGuard->started();
     pStream->m_bDead = false;
     return nError;
 }

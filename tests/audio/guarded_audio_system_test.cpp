@@ -273,7 +273,7 @@ TEST(AudioStreamGuard, tellsAStreamThatCeasedFromAProgramThatWasHeldUp)
         const auto request = guard.request();
         std::vector<float> out(128);
         std::chrono::steady_clock::time_point now{};
-        guard.started(now);
+        guard.starting(now);
         bool bBeats = true;
         for (int nLook = 0; nLook < test.m_nLooks; ++nLook) {
             if (test.m_bCallbacks)
@@ -281,8 +281,43 @@ TEST(AudioStreamGuard, tellsAStreamThatCeasedFromAProgramThatWasHeldUp)
             bBeats = guard.isBeating(now += test.m_interval);
         }
         EXPECT_EQ(bBeats, test.m_bBeats);
-        guard.started(now);
+        guard.starting(now);
         EXPECT_TRUE(guard.isBeating(now + 1ms)) << "anew";
+    }
+}
+
+// A system that calls before anyone can hear it loses nothing of what is to be heard.
+TEST(AudioStreamGuard, holdsTheCallbackBackUntilTheStartHasComeBack)
+{
+    int nCalls = 0;
+    CAudioStreamRequest asked;
+    asked.m_output = CAudioStreamSide{};
+    asked.m_output->m_nChannels = 1;
+    asked.m_pUser = &nCalls;
+    asked.m_pCallback = [](const float*, float* pOut, unsigned, unsigned, void* pCalls) {
+        *pOut = static_cast<float>(++*static_cast<int*>(pCalls));
+        return AUDIO_COMPLETE;
+    };
+    CAudioStreamGuard guard(asked);
+    const auto play = [request = guard.request()] {
+        float fOut = -1.0F;
+        const auto result = request.m_pCallback(nullptr, &fOut, 1, 0, request.m_pUser);
+        EXPECT_EQ(result, fOut == 0.0F ? AUDIO_CONTINUE : AUDIO_COMPLETE);
+        return fOut;
+    };
+    for (int nStart = 0; nStart < 2; ++nStart) {
+        SCOPED_TRACE(nStart);
+        nCalls = 0;
+        guard.starting({});
+        EXPECT_EQ(play(), 0.0F);
+        EXPECT_EQ(play(), 0.0F);
+        guard.started();
+        EXPECT_EQ(play(), 0.0F) << "its period may have begun ahead of the start";
+        EXPECT_EQ(play(), 1.0F);
+        EXPECT_EQ(play(), 2.0F);
+        guard.starting({});
+        guard.started();
+        EXPECT_EQ(play(), 3.0F) << "nobody called early";
     }
 }
 

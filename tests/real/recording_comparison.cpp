@@ -36,9 +36,15 @@ std::size_t soundBegins(std::span<const float> recorded, std::size_t uChannels)
     if (wanted == expected.first(uSamples).end())
         return ::testing::AssertionSuccess();
     const auto uAt = static_cast<std::size_t>(wanted - expected.begin());
+    // Where it stands in what is expected tells how much was lost, or came twice.
+    const auto elsewhere = std::ranges::search(
+        expected, std::span<const float>(&*played, std::min<std::size_t>(4, uSamples - uAt)));
+    const auto uFound = static_cast<std::size_t>(elsewhere.begin() - expected.begin());
     return ::testing::AssertionFailure()
            << "frame " << uAt / uChannels << " of " << uFrames << ", channel " << uAt % uChannels << ": "
-           << *played << " was played, " << *wanted << " is expected";
+           << *played << " was played, " << *wanted << " is expected; "
+           << (elsewhere.empty() ? "what was played stands nowhere in it"
+                                 : "what was played stands at frame " + std::to_string(uFound / uChannels));
 }
 
 ::testing::AssertionResult holdsExactly(std::span<const float> recorded, std::span<const float> expected,
