@@ -299,7 +299,7 @@ int runMeasure(CCommandContext& context)
         return EXIT_FAILED;
     CDSPFilter* pFilter = document->currentFilter();
     if (!pFilter)
-        return context.fail("You must load a filter first: give --plugin.");
+        return context.fail("You must load a filter first: give --plugin or --module.");
     if (pFilter->m_pPlugIn && pFilter->m_pPlugIn->m_bOutputOnlyPlugIn)
         return context.fail(pFilter->m_sName + " makes sound without input; it has no response to measure.");
     context.announce(formatted("Measuring %d frames ...", measured.m_nFrames));

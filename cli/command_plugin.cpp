@@ -5,6 +5,7 @@
 #include "cli/json_writer.h"
 #include "cli/shown_values.h"
 #include "cli/text_table.h"
+#include "host/control_walk.h"
 #include "host/plugin_library.h"
 #include "host/user_dsp_filter.h"
 #include "plugin.h"
@@ -98,14 +99,14 @@ void writeValue(CJsonWriter& json, const CDSPFilterControl& control)
         json.value(static_cast<std::int64_t>(*value));
 }
 
-void writeControl(CJsonWriter& json, CPlugIn& plugIn, const CDSPFilterControl& control)
+void writeControl(CJsonWriter& json, CPlugIn* pPlugIn, const CDSPFilterControl& control)
 {
     json.beginObject();
     json.member("uControlType", control.uControlType);
     json.member("uControlId", control.uControlId);
     json.member("m_sName", control.m_sName);
     json.member("m_sUnits", control.m_sUnits);
-    json.member("cVariableName", variableNameOf(plugIn, control));
+    json.member("cVariableName", pPlugIn ? variableNameOf(*pPlugIn, control) : std::string());
     json.member("uUserDataType", control.uUserDataType);
     json.member("fUserDisplayDataLoLimit", control.fUserDisplayDataLoLimit);
     json.member("fUserDisplayDataHiLimit", control.fUserDisplayDataHiLimit);
@@ -119,30 +120,58 @@ void writeControl(CJsonWriter& json, CPlugIn& plugIn, const CDSPFilterControl& c
     json.endObject();
 }
 
-std::vector<std::string> presetNames(const CPlugIn& plugIn)
+std::vector<std::string> presetNames(const CPlugIn* pPlugIn)
 {
     std::vector<std::string> names;
-    for (const char* pName : plugIn.m_PresetNames)
+    if (!pPlugIn)
+        return names;
+    for (const char* pName : pPlugIn->m_PresetNames)
         if (pName && *pName)
             names.emplace_back(pName);
     return names;
 }
 
-std::string plugInAsJson(CPlugIn& plugIn, const CDSPFilter& filter, const std::filesystem::path& file)
+void writeMember(CJsonWriter& json, CPlugIn* pPlugIn, const CPrintedMember& member)
+{
+    json.key(member.m_pName);
+    if (pPlugIn)
+        std::visit([&](auto pMember) { json.value(pPlugIn->*pMember); }, member.m_member);
+    else
+        json.null();
+}
+
+// A filter as plugin inspect prints it; a built-in module has no plug-in and no file.
+struct CPrintedFilter
+{
+    CDSPFilter& m_filter;
+    CPlugIn* m_pPlugIn;
+    std::filesystem::path m_file;
+
+    [[nodiscard]] std::string name() const
+    {
+        return m_pPlugIn ? textOf(m_pPlugIn->m_PlugInName) : m_filter.m_sName;
+    }
+};
+
+std::string filterAsJson(const CPrintedFilter& printed)
 {
     CJsonWriter json;
     json.beginObject();
-    json.member("file", file.string());
-    json.member("m_PlugInName", textOf(plugIn.m_PlugInName));
+    json.key("file");
+    if (printed.m_pPlugIn)
+        json.value(printed.m_file.string());
+    else
+        json.null();
+    json.member("m_PlugInName", printed.name());
     for (const CPrintedMember& member : PRINTED_MEMBERS)
-        std::visit([&](auto pMember) { json.member(member.m_pName, plugIn.*pMember); }, member.m_member);
+        writeMember(json, printed.m_pPlugIn, member);
     json.key("controls");
     json.beginArray();
-    for (const auto& pControl : filter.m_ControlList)
-        writeControl(json, plugIn, *pControl);
+    for (const CDSPFilterControl* pControl : controlsOf(printed.m_filter))
+        writeControl(json, printed.m_pPlugIn, *pControl);
     json.endArray();
     json.key("presets");
-    json.array(std::span<const std::string>(presetNames(plugIn)));
+    json.array(std::span<const std::string>(presetNames(printed.m_pPlugIn)));
     json.endObject();
     return json.text();
 }
@@ -194,18 +223,20 @@ std::string memberText(const CPlugIn& plugIn, const CPrintedMember& member)
     return std::to_string(plugIn.*std::get<UINT CPlugIn::*>(member.m_member));
 }
 
-std::string plugInAsText(CPlugIn& plugIn, const CDSPFilter& filter, const std::filesystem::path& file)
+std::string filterAsText(const CPrintedFilter& printed)
 {
     CTextTable members({"Member", ">Value"});
-    for (const CPrintedMember& member : PRINTED_MEMBERS)
-        members.addRow({member.m_pName, memberText(plugIn, member)});
+    if (printed.m_pPlugIn)
+        for (const CPrintedMember& member : PRINTED_MEMBERS)
+            members.addRow({member.m_pName, memberText(*printed.m_pPlugIn, member)});
     CTextTable controls({">Id", "Name", "Kind", ">Value", "Units", ">Low", ">High", "Law", ">Position"});
-    for (const auto& pControl : filter.m_ControlList)
+    for (const CDSPFilterControl* pControl : controlsOf(printed.m_filter))
         controls.addRow(controlRow(*pControl));
 
-    std::string sText = textOf(plugIn.m_PlugInName) + "\n" + file.string() + "\n\n" + members.text() + "\n";
-    sText += controls.empty() ? "No controls.\n" : controls.text();
-    const auto presets = presetNames(plugIn);
+    std::string sText = printed.name() + "\n";
+    sText += printed.m_pPlugIn ? printed.m_file.string() + "\n\n" + members.text() : "built-in module\n";
+    sText += "\n" + (controls.empty() ? "No controls.\n" : controls.text());
+    const auto presets = presetNames(printed.m_pPlugIn);
     for (const std::string& sPreset : presets)
         sText += (&sPreset == &presets.front() ? "\nPresets: " : ", ") + sPreset;
     return presets.empty() ? sText : sText + "\n";
@@ -232,9 +263,13 @@ int runPlugInScan(CCommandContext& context)
 
 int runPlugInInspect(CCommandContext& context)
 {
-    const auto argument = context.line().argument("FILE");
-    if (argument.has_value() == context.line().has("--plugin"))
-        return context.usageError(argument ? "The plug-in is given twice." : "The argument FILE is missing.");
+    const CCommandLine& line = context.line();
+    const auto argument = line.argument("FILE");
+    const int nGiven = int{argument.has_value()} + int{line.has("--plugin")} + int{line.has("--module")};
+    if (nGiven != 1)
+        return context.usageError(
+            nGiven == 0 ? "The argument FILE is missing."
+                        : "The filter is given twice: FILE, --plugin and --module exclude one another.");
     CHeadlessDocument document(context);
     if ((argument && !document.loadPlugIn(*argument)) || !document.applyFilterOptions())
         return EXIT_FAILED;
@@ -244,9 +279,12 @@ int runPlugInInspect(CCommandContext& context)
 
 std::string plugInResult(CHeadlessDocument& document, bool bJson)
 {
-    CLoadedPlugIn& loaded = *document->plugInLoader().current();
-    const std::filesystem::path file = loaded.library()->path();
-    return (bJson ? plugInAsJson : plugInAsText)(*loaded.plugIn(), loaded.filter(), file);
+    CPrintedFilter printed{*document->currentFilter(), nullptr, {}};
+    if (CLoadedPlugIn* pLoaded = document->plugInLoader().current()) {
+        printed.m_pPlugIn = pLoaded->plugIn();
+        printed.m_file = pLoaded->library()->path();
+    }
+    return (bJson ? filterAsJson : filterAsText)(printed);
 }
 
 } // namespace velmora::cli

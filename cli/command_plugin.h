@@ -10,7 +10,7 @@ class CHeadlessDocument;
 [[nodiscard]] int runPlugInScan(CCommandContext& context);
 [[nodiscard]] int runPlugInInspect(CCommandContext& context);
 
-// The loaded plug-in with its controls, as "plugin inspect" prints it.
+// The current filter, plug-in or module, with its controls, as "plugin inspect" prints it.
 [[nodiscard]] std::string plugInResult(CHeadlessDocument& document, bool bJson);
 
 } // namespace velmora::cli

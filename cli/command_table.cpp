@@ -58,6 +58,12 @@ std::span<const COption> filterOptions()
 {
     static const std::vector<COption> OPTIONS = {
         {"--plugin", "FILE", "Loads a plug-in library.", {FILE_NAME}},
+        {"--module",
+         "NAME",
+         "Takes a built-in module in place of a plug-in: its name, or a beginning that no other has; upper "
+         "and "
+         "lower case are alike.",
+         {TEXT}},
         {"--set",
          "ID=VALUE",
          "Sets a control to a value, as typed into its edit box; values beyond the control's limits become "
@@ -140,16 +146,19 @@ std::vector<CCommand> plugInCommandRows()
         },
         {
             .m_sName = "plugin inspect",
-            .m_sSummary = "prints what a plug-in says of itself, and its controls",
+            .m_sSummary = "prints what a plug-in or a built-in module says of itself, and its controls",
             .m_sDescription =
                 "Loads a plug-in, applies the options, and prints its members, each control with its "
-                "range, law, value and position, and the names of its presets.",
+                "range, law, value and position, and the names of its presets. A built-in module, which "
+                "--module names in place of FILE, has no file and no members of the plug-in contract: they "
+                "are null in JSON.",
             .m_arguments =
                 {{"FILE", "The plug-in library; may also be given with --plugin.", {FILE_NAME}, true}},
             .m_bTakesFilter = true,
             .m_sJsonResult = PLUG_IN_JSON,
             .m_examples = {{"plugin inspect Gain.so", "Shows the controls and their ids."},
-                           {"plugin inspect Gain.so --set 0=-6", "Shows where the slider stands at -6."}},
+                           {"plugin inspect Gain.so --set 0=-6", "Shows where the slider stands at -6."},
+                           {"plugin inspect --module Ten", "Shows the bands of the equalizer."}},
             .m_pRun = runPlugInInspect,
         },
     };

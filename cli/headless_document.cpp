@@ -1,6 +1,8 @@
 #include "cli/headless_document.h"
 
 #include "base/text.h"
+#include "dsp/modules/module_registry.h"
+#include "host/control_walk.h"
 #include "host/dsp_filter.h"
 #include "host/dsp_filter_control.h"
 #include "host/guarded_call.h"
@@ -10,12 +12,13 @@ namespace velmora::cli {
 
 namespace {
 
-std::string listOfControls(const CDSPFilter& filter)
+std::string listOfControls(CDSPFilter& filter)
 {
-    if (filter.m_ControlList.empty())
+    const auto controls = controlsOf(filter);
+    if (controls.empty())
         return filter.m_sName + " has no controls.";
     std::string sText = "The controls of " + filter.m_sName + " are:";
-    for (const auto& pControl : filter.m_ControlList)
+    for (const CDSPFilterControl* pControl : controls)
         sText += "\n  " + std::to_string(pControl->uControlId) + "  " + pControl->m_sName;
     return sText;
 }
@@ -66,6 +69,25 @@ bool CHeadlessDocument::loadPlugIn(const std::filesystem::path& library)
     return false;
 }
 
+bool CHeadlessDocument::selectModule(std::string_view sBeginning)
+{
+    CModuleList& modules = m_document.modules();
+    if (modules.count() == 0)
+        addBuiltInModules(modules);
+    const CChosenModule choice = chooseModule(modules, sBeginning);
+    if (choice.m_nIndex < 0) {
+        m_context.dialogs().showMessage(choice.m_sReason);
+        return false;
+    }
+    CPlugInLoader& loader = m_document.plugInLoader();
+    loader.setSelectedModule(choice.m_nIndex);
+    loader.selectModule();
+    if (m_document.currentFilter() == modules.at(choice.m_nIndex))
+        return true;
+    m_context.showReason(loader.reason());
+    return false;
+}
+
 bool CHeadlessDocument::swapPlugIn(const std::filesystem::path& library)
 {
     CPlugInLoader& loader = m_document.plugInLoader();
@@ -99,9 +121,15 @@ bool CHeadlessDocument::runPlugIn(const std::function<bool()>& work)
 
 bool CHeadlessDocument::applyFilterOptions(const std::function<bool()>& onLoaded)
 {
+    if (m_context.line().has("--plugin") && m_context.line().has("--module")) {
+        m_context.dialogs().showMessage("Give --plugin or --module, not both.");
+        return false;
+    }
     for (const CGivenOption& option : m_context.line().options()) {
         const bool bLoads = option.m_sName == "--plugin";
         if (bLoads && (!loadPlugIn(option.m_sValue) || (onLoaded && !runPlugIn(onLoaded))))
+            return false;
+        if (option.m_sName == "--module" && !selectModule(option.m_sValue))
             return false;
         if (option.m_sName == "--preset" && !runPlugIn([&] { return applyPreset(option.m_sValue); }))
             return false;
@@ -133,7 +161,8 @@ bool CHeadlessDocument::applyControlOption(const CGivenOption& option)
     };
     CDSPFilter* pFilter = m_document.currentFilter();
     if (!pFilter)
-        return fail("The option " + option.m_sName + " needs a filter: give --plugin ahead of it.");
+        return fail("The option " + option.m_sName +
+                    " needs a filter: give --module or --plugin ahead of it.");
     const auto uEquals = option.m_sValue.find('=');
     const std::string sId = option.m_sValue.substr(0, uEquals);
     const std::string sValue = option.m_sValue.substr(uEquals + 1);

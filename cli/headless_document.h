@@ -31,6 +31,10 @@ class CHeadlessDocument
     // on. False if it cannot be loaded; the user has been told.
     [[nodiscard]] bool loadPlugIn(const std::filesystem::path& library);
 
+    // Makes a built-in module the current filter, by its name or a beginning of it that no other has, upper
+    // and lower case alike. False for any other name; the user has been told.
+    [[nodiscard]] bool selectModule(std::string_view sBeginning);
+
     // Goes over to a new build of the plug-in that is loaded, while audio runs through it. The values of its
     // controls are carried over. False if it cannot be loaded; the user has been told, and the build of
     // before is still the current filter.

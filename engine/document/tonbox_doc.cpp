@@ -3,6 +3,7 @@
 #include "base/audio_system.h"
 #include "base/platform_folders.h"
 #include "base/user_dialogs.h"
+#include "dsp/modules/module_registry.h"
 #include "project/dsp_project.h"
 #include "project/project_file.h"
 
@@ -71,6 +72,8 @@ bool CTonboxDoc::OnNewDocument(const CStartUp& startUp)
         return false;
     if (!makeFolders())
         return false;
+    if (m_modules.count() == 0)
+        addBuiltInModules(m_modules);
     if (startUp.m_bScanPlugIns)
         m_plugInLoader.scanPlugIns(plugInFolder());
     makeOscillatorReady();

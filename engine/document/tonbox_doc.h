@@ -55,8 +55,8 @@ class CTonboxDoc
     CTonboxDoc& operator=(const CTonboxDoc&) = delete;
 
     // Start-up, in this order: user folder, report of an earlier crash, settings file, audio devices,
-    // folders, plug-in scan, oscillator. False if the user folder cannot be used or the audio system does not
-    // come up; the user has then been told, and the later steps have not been taken.
+    // folders, built-in modules, plug-in scan, oscillator. False if the user folder cannot be used or the
+    // audio system does not come up; the user has then been told, and the later steps have not been taken.
     bool OnNewDocument(const CStartUp& startUp);
 
     // Stops the transport, closes every stream, and bypasses the filter.

@@ -119,6 +119,30 @@ TEST_F(CCliPlugInTest, RefusesWhatCannotBeLoadedOrSet)
 }
 
 // The JSON object stays whole whatever a plug-in prints, and its words are heard unless unwanted.
+TEST_F(CCliPlugInTest, TakesABuiltInModuleByTheBeginningOfItsName)
+{
+    const CJsonValue eq = runForJson({"plugin", "inspect", "--module", "ten", "--set", "602=-6"});
+    EXPECT_EQ(eq["m_PlugInName"].text(), "Ten Band EQ + shelving");
+    EXPECT_EQ(eq["file"].m_eKind, CJsonValue::EKind::null);
+    ASSERT_EQ(eq["controls"].elements().size(), 12U);
+    EXPECT_EQ(eq["controls"][2]["m_sName"].text(), "125 Hz");
+    EXPECT_EQ(eq["controls"][2]["value"].number(), -6.0);
+    EXPECT_NE(run({"plugin", "inspect", "--module", "ten"}).m_sOutput.find("Hi Shelf"), std::string::npos);
+
+    // Halves the input: level and feedback 0, half of it dry.
+    const CJsonValue delay =
+        runForJson({"measure", "impulse", "--module", "StereoDelay", "--set", "602=-96", "--rate", "48000"});
+    EXPECT_NEAR(delay["right"][0].number(), 0.5 * 32767.0 / 32768.0, 1e-7);
+
+    expectFailure({"measure", "step", "--module", "S"}, 1,
+                  {"more than one", "StereoDelay", "SmoothingFilter"});
+    expectFailure({"measure", "step", "--module", "Chorus"}, 1, {"no built-in module", "MultiFilter"});
+    expectFailure({"measure", "step", "--module", "Volume", "--set", "7=1"}, 1,
+                  {"The controls of Volume", "600"});
+    expectFailure({"measure", "step", "--module", "Volume", "--plugin", example("Gain")}, 1, {"not both"});
+    expectFailure({"plugin", "inspect", example("Gain"), "--module", "Volume"}, 2, {"--module"});
+}
+
 TEST_F(CCliPlugInTest, KeepsThePlugInsTextsOffStandardOutput)
 {
     const std::vector<std::string> words = {"--json", "measure", "step", "--plugin",

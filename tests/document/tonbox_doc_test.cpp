@@ -61,6 +61,9 @@ TEST_F(TonboxDocTest, TheFirstStartMakesSettingsAndFolders)
     EXPECT_EQ(settingsLines().size(), 71U);
     EXPECT_EQ(document.transport().state(), TRANSPORT_IDLE);
     EXPECT_EQ(document.currentFilter(), nullptr);
+    document.plugInLoader().setSelectedModule(document.modules().indexOf("Ten Band EQ + shelving"));
+    document.plugInLoader().selectModule();
+    EXPECT_EQ(document.currentFilter(), document.modules().at(6));
 }
 
 TEST_F(TonboxDocTest, AShorterSettingsFileIsCompletedAndKept)
@@ -87,6 +90,7 @@ TEST_F(TonboxDocTest, WithoutAnAudioSystemStartUpEndsAfterTheMessage)
     EXPECT_FALSE(document.OnNewDocument(startUp()));
     EXPECT_EQ(m_dialogs.m_messages, std::vector<std::string>{"Could not initialize the Port Audio System."});
     EXPECT_FALSE(std::filesystem::exists(m_folder / "Velmora/PlugIns"));
+    EXPECT_EQ(document.modules().count(), 0);
     EXPECT_TRUE(std::filesystem::exists(m_folder / "Velmora/socket.log"));
 }
 

@@ -13,7 +13,7 @@ UINT idOf(EOscillatorParameter eParameter)
     return COscillator::FIRST_CONTROL_ID + eParameter;
 }
 
-void expectControls(COscillator& oscillator, const std::vector<COscillatorRange>& ranges)
+void expectControls(COscillator& oscillator, const std::vector<CModuleRange>& ranges)
 {
     ASSERT_EQ(oscillator.m_ControlList.size(), ranges.size() + 2);
     for (UINT u = 0; u < ranges.size(); ++u) {
@@ -32,7 +32,7 @@ void expectControls(COscillator& oscillator, const std::vector<COscillatorRange>
 
 TEST(OscillatorControls, HaveTwoSetsOfDefaults)
 {
-    const std::vector<COscillatorRange> atConstruction = {
+    const std::vector<CModuleRange> atConstruction = {
         {0.5F, 0.0F, 1.0F},    {1000.0F, 20.0F, 22050.0F}, {2.0F, 0.1F, 10.0F}, {50.0F, 1.0F, 99.0F},
         {-6.0F, -60.0F, 0.0F}, {20.0F, 2.0F, 60.0F},       {1.0F, 0.0F, 1.0F}};
     auto afterReset = atConstruction;

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "dsp/modules/module_filter.h"
 #include "dsp/modules/oscillator_generator.h"
 #include "dsp/modules/oscillator_kinds.h"
 #include "dsp/modules/oscillator_parameters.h"
-#include "host/dsp_filter.h"
 
-#include <array>
 #include <atomic>
 #include <optional>
 
@@ -23,19 +22,14 @@ namespace velmora {
 //
 // Threads: the process... operations [audio]; prepareForPlay() and setSeed() [main, no stream running];
 // setControlPosition() and setControlText() [main], or the MIDI thread; all others [main].
-class COscillator : public CDSPFilter
+class COscillator : public CModuleFilter
 {
   public:
     static constexpr UINT FILTER_ID = 1009;
-    static constexpr UINT FIRST_CONTROL_ID = 600; // the controls of OSCILLATOR_PARAMETERS, in that order
     static constexpr UINT CLASS_CONTROL_ID = FIRST_CONTROL_ID + OSCILLATOR_PARAMETER_COUNT;
     static constexpr UINT KIND_CONTROL_ID = CLASS_CONTROL_ID + 1;
 
     COscillator();
-
-    // Any value is taken, whatever the range; but a value that is not finite is not.
-    void setParameter(EOscillatorParameter eParameter, float fValue);
-    [[nodiscard]] float parameter(EOscillatorParameter eParameter) const;
 
     void setFrequency(float fHz) { setParameter(OSCILLATOR_FREQUENCY, fHz); }
     [[nodiscard]] float getFrequency() const { return parameter(OSCILLATOR_FREQUENCY); }
@@ -48,10 +42,13 @@ class COscillator : public CDSPFilter
     [[nodiscard]] float frequencyHigh() const { return m_fFrequencyHigh.load(std::memory_order_relaxed); }
 
     // By code. False, and nothing changes, for a code that there is not.
-    bool setKind(UINT uCode);
-    bool setClass(UINT uCode);
-    [[nodiscard]] EOscillatorKind kind() const;
-    [[nodiscard]] EOscillatorClass oscillatorClass() const;
+    bool setKind(UINT uCode) { return setChoice(KIND, uCode); }
+    bool setClass(UINT uCode) { return setChoice(CLASS, uCode); }
+    [[nodiscard]] EOscillatorKind kind() const { return static_cast<EOscillatorKind>(choice(KIND)); }
+    [[nodiscard]] EOscillatorClass oscillatorClass() const
+    {
+        return static_cast<EOscillatorClass>(choice(CLASS));
+    }
 
     // The single impulse sounds once, as soon as that kind plays.
     void fireImpulse() { m_bImpulsePending.store(true, std::memory_order_relaxed); }
@@ -60,10 +57,8 @@ class COscillator : public CDSPFilter
     void setSeed(unsigned uSeed) { m_uSeed = uSeed; }
 
     // Every parameter, kind and class back to its default, with the ranges that belong to it.
-    bool reset() override;
-
-    // Makes the controls anew from what is set now.
-    bool createControls() override;
+    bool resetToDefaults() override;
+    bool reset() override { return resetToDefaults(); }
 
     // Begins everything from the start, at m_nSampleRate: phases, clocks, the sweep, the noise.
     bool prepareForPlay() override;
@@ -73,24 +68,18 @@ class COscillator : public CDSPFilter
     bool processBuffer(float* pIn, float* pOut, UINT uChannels, UINT uSamples, UINT uWord) override;
     bool processInterleaved(float* pIn, float* pOut, UINT uChannels, UINT uSamples, UINT uWord) override;
 
-    bool setControlPosition(UINT uControlId, int nPos) override;
-
   private:
+    // The choices.
+    static constexpr UINT CLASS = 0;
+    static constexpr UINT KIND = 1;
+
     bool generate(float* pOut, UINT uChannels, UINT uSamples, float fFullScale);
     [[nodiscard]] float takeImpulse(bool bIsHeard);
-    void setDefaults(COscillatorRange COscillatorParameter::*pRanges);
-    void refreshControls();
-    [[nodiscard]] const COscillatorKind& kindRow() const;
 
-    // Settings: words of both threads.
-    std::array<float, OSCILLATOR_PARAMETER_COUNT> m_values{};
-    UINT m_uClass = 0; // position in OSCILLATOR_CLASSES
-    UINT m_uKind = 0;  // position in OSCILLATOR_KINDS
     std::atomic<float> m_fFrequencyLow{20.0F};
     std::atomic<float> m_fFrequencyHigh{22050.0F};
     std::atomic<bool> m_bImpulsePending{false};
     std::optional<unsigned> m_uSeed;
-    COscillatorRange COscillatorParameter::*m_pRanges = &COscillatorParameter::m_atConstruction;
 
     COscillatorGenerator m_generator; // [audio]
 };

@@ -28,8 +28,8 @@ enum EOscillatorClass : unsigned
 struct COscillatorKind
 {
     EOscillatorKind m_eKind;
-    std::string_view m_sLabel; // on its button
-    std::string_view m_sName;  // on the command line
+    const char* m_pLabel;     // on its button
+    std::string_view m_sName; // on the command line
     bool m_bUsesFrequency;
     bool m_bPulsed; // sounds for the duty cycle of the pulse rate only
 };
@@ -48,7 +48,7 @@ inline constexpr std::array<COscillatorKind, 7> OSCILLATOR_KINDS = {{
 struct COscillatorClass
 {
     EOscillatorClass m_eClass;
-    std::string_view m_sLabel;
+    const char* m_pLabel;
 };
 
 inline constexpr std::array<COscillatorClass, 2> OSCILLATOR_CLASSES = {{

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dsp/modules/module_parameter.h"
+
 #include <array>
 
 namespace velmora {
@@ -17,23 +19,8 @@ enum EOscillatorParameter : unsigned
     OSCILLATOR_PARAMETER_COUNT
 };
 
-struct COscillatorRange
-{
-    float m_fDefault;
-    float m_fLow;
-    float m_fHigh;
-};
-
-struct COscillatorParameter
-{
-    const char* m_pName;
-    const char* m_pUnits;
-    COscillatorRange m_atConstruction;
-    COscillatorRange m_afterReset; // set by a reset to defaults, which has ranges of its own
-    bool m_bLogarithmic;           // equal ratios over equal ways of the slider
-};
-
-inline constexpr std::array<COscillatorParameter, OSCILLATOR_PARAMETER_COUNT> OSCILLATOR_PARAMETERS = {{
+// The ranges at construction and after a reset to defaults differ.
+inline constexpr std::array<CModuleParameter, OSCILLATOR_PARAMETER_COUNT> OSCILLATOR_PARAMETERS = {{
     {"OutputMix", "", {0.5F, 0.0F, 1.0F}, {0.5F, 0.0F, 1.0F}, false},
     {"Frequency", "Hz", {1000.0F, 20.0F, 22050.0F}, {1000.0F, 2.0F, 2000.0F}, true},
     {"Frequency", "Hz", {2.0F, 0.1F, 10.0F}, {2.0F, 0.1F, 10.0F}, false},
