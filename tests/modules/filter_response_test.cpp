@@ -1,5 +1,6 @@
 #include "analyzer/response_measurement.h"
 #include "dsp/modules/all_pass_filter.h"
+#include "dsp/modules/biquad_designs.h"
 #include "dsp/modules/hp_lp_filter.h"
 #include "dsp/modules/linkwitz_riley_filter.h"
 #include "dsp/modules/volume_ctrl.h"

@@ -2,6 +2,8 @@
 #include "dsp/modules/block_diagram_table.h"
 #include "dsp/modules/hp_lp_filter.h"
 #include "dsp/modules/linkwitz_riley_filter.h"
+#include "dsp/modules/module_filter.h"
+#include "dsp/modules/module_parameter.h"
 #include "dsp/modules/smoothing_filter.h"
 #include "dsp/modules/volume_ctrl.h"
 
