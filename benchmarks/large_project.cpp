@@ -39,7 +39,7 @@ class CConsole : public IUserDialogs
     bool askYesNo(std::string_view) override { return true; }
     bool askOKCancel(std::string_view) override { return true; }
     std::optional<fs::path> chooseSaveFile(std::string_view, const fs::path&) override { return {}; }
-    std::optional<fs::path> chooseOpenFile(std::string_view) override { return {}; }
+    std::optional<fs::path> chooseOpenFile(std::string_view, const fs::path&) override { return {}; }
     void note(std::string_view) override {}
 };
 

@@ -39,7 +39,7 @@ class CConsole : public velmora::IUserDialogs
     }
     bool askOKCancel(std::string_view sText) override { return askYesNo(sText); }
     std::optional<fs::path> chooseSaveFile(std::string_view, const fs::path&) override { return {}; }
-    std::optional<fs::path> chooseOpenFile(std::string_view) override { return {}; }
+    std::optional<fs::path> chooseOpenFile(std::string_view, const fs::path&) override { return {}; }
     void note(std::string_view sText) override
     {
         if (sText.find("stays in memory") != std::string_view::npos)

@@ -55,7 +55,8 @@ std::optional<std::filesystem::path> CConsoleDialogs::chooseSaveFile(std::string
     return m_saveFile;
 }
 
-std::optional<std::filesystem::path> CConsoleDialogs::chooseOpenFile(std::string_view)
+std::optional<std::filesystem::path> CConsoleDialogs::chooseOpenFile(std::string_view,
+                                                                     const std::filesystem::path&)
 {
     return m_openFile;
 }

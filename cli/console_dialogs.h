@@ -23,7 +23,8 @@ class CConsoleDialogs : public IUserDialogs
                                                         const std::filesystem::path& suggestedName) override;
 
     // The file set with setOpenFile().
-    std::optional<std::filesystem::path> chooseOpenFile(std::string_view sFilter) override;
+    std::optional<std::filesystem::path> chooseOpenFile(std::string_view sFilter,
+                                                        const std::filesystem::path& startFolder) override;
 
     // Prints the texts of plug-ins, which have four blanks ahead, and full sentences when they are wanted.
     // The other status lines name steps that nobody at a shell waits for.

@@ -36,6 +36,16 @@ function(velmora_add_layer name)
                                         PRIVATE velmora_warnings ${LAYER_PRIVATE_DEPENDS})
 endfunction()
 
+# velmora_add_widget_layer(<name> SOURCES ... DEPENDS ...)
+# One folder below widgets/: the static library velmora_widgets_<name>.
+function(velmora_add_widget_layer name)
+  cmake_parse_arguments(LAYER "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_library(velmora_widgets_${name} STATIC ${LAYER_SOURCES})
+  set_target_properties(velmora_widgets_${name} PROPERTIES AUTOMOC ON)
+  target_include_directories(velmora_widgets_${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(velmora_widgets_${name} PUBLIC ${LAYER_DEPENDS} Qt6::Widgets PRIVATE velmora_warnings)
+endfunction()
+
 # velmora_add_test(<name> LINK ... SOURCES ... [LABELS ...] [DEFINITIONS ...] [DEPENDS ...])
 # One test program, <name>_test, whose cases register themselves with CTest.
 function(velmora_add_test name)
@@ -52,6 +62,23 @@ function(velmora_add_test name)
     set(TEST_LABELS ${name})
   endif()
   gtest_discover_tests(${name}_test DISCOVERY_TIMEOUT 60 PROPERTIES LABELS "${TEST_LABELS}" TIMEOUT 300)
+endfunction()
+
+# velmora_add_widget_test(<name> LINK ... SOURCES ... [DEFINITIONS ...] [DEPENDS ...])
+# One test program of widgets, widgets_<name>_test, which needs no display.
+function(velmora_add_widget_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;LINK;DEFINITIONS;DEPENDS" ${ARGN})
+  set(target widgets_${name}_test)
+  add_executable(${target} ${TEST_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/widget_test_main.cpp)
+  set_target_properties(${target} PROPERTIES AUTOMOC ON)
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
+  target_link_libraries(${target} PRIVATE velmora_warnings velmora_test_support ${TEST_LINK}
+                                          GTest::gtest GTest::gmock Qt6::Widgets Qt6::Test)
+  target_compile_definitions(${target} PRIVATE ${TEST_DEFINITIONS})
+  if(TEST_DEPENDS)
+    add_dependencies(${target} ${TEST_DEPENDS})
+  endif()
+  gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS widgets TIMEOUT 300)
 endfunction()
 
 # velmora_add_plugin(<name> SOURCES ... [OUTPUT_FOLDER ...])

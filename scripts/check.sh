@@ -33,9 +33,10 @@ audio: base dsp host
 midi: base dsp host
 project: base dsp host
 project/codegen: base dsp host project
+panel: base dsp host audio project
 project/compiler: base dsp host project project/codegen
 analyzer: base dsp host audio
-document: base dsp host dsp/modules audio midi project project/codegen project/compiler analyzer
+document: base dsp host dsp/modules audio midi project project/codegen panel project/compiler analyzer
 '
 complain "Includes against the order of the layers:" "$(
   while IFS=: read -r layer allowed; do

@@ -22,7 +22,11 @@ class CSilentDialogs : public IUserDialogs
     {
         return m_target;
     }
-    std::optional<std::filesystem::path> chooseOpenFile(std::string_view) override { return {}; }
+    std::optional<std::filesystem::path> chooseOpenFile(std::string_view,
+                                                        const std::filesystem::path&) override
+    {
+        return {};
+    }
     void note(std::string_view) override {}
 
   private:

@@ -59,7 +59,7 @@ bool CSidechain::choose(const CTransportState& transport, IUserDialogs& dialogs,
 {
     if (transport.state() != TRANSPORT_STOP)
         return refuse(dialogs, "You must stop audio streaming before loading the sidechain audio file.");
-    const auto chosen = dialogs.chooseOpenFile(sFilter);
+    const auto chosen = dialogs.chooseOpenFile(sFilter, m_path.parent_path());
     if (!chosen) {
         m_sReason = "No sidechain file was chosen.";
         return false;

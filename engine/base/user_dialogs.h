@@ -29,8 +29,17 @@ class IUserDialogs
     [[nodiscard]] virtual std::optional<std::filesystem::path>
     chooseSaveFile(std::string_view sFilter, const std::filesystem::path& suggestedName) = 0;
 
-    // An existing file; none when the user cancels. sFilter as above.
-    [[nodiscard]] virtual std::optional<std::filesystem::path> chooseOpenFile(std::string_view sFilter) = 0;
+    // An existing file; none when the user cancels. sFilter as above; the chooser opens at startFolder if
+    // that is given and exists.
+    [[nodiscard]] virtual std::optional<std::filesystem::path>
+    chooseOpenFile(std::string_view sFilter, const std::filesystem::path& startFolder = {}) = 0;
+
+    // A folder; none when the user cancels, as always where nobody sits at a window.
+    [[nodiscard]] virtual std::optional<std::filesystem::path>
+    chooseFolder(std::string_view /*sTitle*/, const std::filesystem::path& /*startFolder*/)
+    {
+        return std::nullopt;
+    }
 
     // A line for the status window; never waits for a person.
     virtual void note(std::string_view sText) = 0;

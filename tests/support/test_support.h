@@ -49,7 +49,11 @@ class CRecordingDialogs : public IUserDialogs
     {
         return m_saveFile;
     }
-    std::optional<std::filesystem::path> chooseOpenFile(std::string_view) override { return m_openFile; }
+    std::optional<std::filesystem::path> chooseOpenFile(std::string_view,
+                                                        const std::filesystem::path&) override
+    {
+        return m_openFile;
+    }
     void note(std::string_view sText) override { m_notes.emplace_back(sText); }
 
     bool m_bAnswer = false;
