@@ -25,34 +25,43 @@ std::vector<float> noise(UINT uFrames)
     return samples;
 }
 
-// The difference equation alone, one pass over the buffer for each section, state and coefficients in locals.
+// The difference equation alone, one pass over the buffer for each section; coefficients and state in locals,
+// the channels side by side.
 class CPlainSection
 {
   public:
     void process(const float* pIn, float* pOut, UINT uFrames)
     {
-        for (UINT c = 0; c < CHANNELS; ++c) {
-            float x1 = m_x1[c], x2 = m_x2[c], y1 = m_y1[c], y2 = m_y2[c];
-            for (UINT u = c; u < CHANNELS * uFrames; u += CHANNELS) {
-                const float x = pIn[u];
-                const float y = m_fA0 * x + m_fA1 * x1 + m_fA2 * x2 - m_fB1 * y1 - m_fB2 * y2;
-                x2 = x1;
-                x1 = x;
-                y2 = y1;
-                y1 = y;
-                pOut[u] = y;
+        const auto [a0, a1, a2, b1, b2] = m_coefficients;
+        CState state = m_state;
+        auto& [x1, x2, y1, y2] = state;
+        for (UINT u = 0; u < uFrames; ++u, pIn += CHANNELS, pOut += CHANNELS) {
+            for (UINT c = 0; c < CHANNELS; ++c) {
+                const float x = pIn[c];
+                const float y = a0 * x + a1 * x1[c] + a2 * x2[c] - b1 * y1[c] - b2 * y2[c];
+                x2[c] = x1[c];
+                x1[c] = x;
+                y2[c] = y1[c];
+                y1[c] = y;
+                pOut[c] = y;
             }
-            m_x1[c] = x1;
-            m_x2[c] = x2;
-            m_y1[c] = y1;
-            m_y2[c] = y2;
         }
+        m_state = state;
     }
 
   private:
+    struct CCoefficients
+    {
+        float m_fA0, m_fA1, m_fA2, m_fB1, m_fB2;
+    };
+    struct CState
+    {
+        float m_x1[CHANNELS], m_x2[CHANNELS], m_y1[CHANNELS], m_y2[CHANNELS];
+    };
+
     // A low-pass of the second order at 1000 Hz.
-    float m_fA0 = 0.003917F, m_fA1 = 0.007833F, m_fA2 = 0.003917F, m_fB1 = -1.815341F, m_fB2 = 0.831006F;
-    float m_x1[CHANNELS]{}, m_x2[CHANNELS]{}, m_y1[CHANNELS]{}, m_y2[CHANNELS]{};
+    CCoefficients m_coefficients = {0.003917F, 0.007833F, 0.003917F, -1.815341F, 0.831006F};
+    CState m_state{};
 };
 
 void plainSections(benchmark::State& state)

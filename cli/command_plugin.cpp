@@ -5,6 +5,7 @@
 #include "cli/json_writer.h"
 #include "cli/shown_values.h"
 #include "cli/text_table.h"
+#include "dsp/modules/module_filter.h"
 #include "host/control_walk.h"
 #include "host/plugin_library.h"
 #include "host/user_dsp_filter.h"
@@ -120,12 +121,10 @@ void writeControl(CJsonWriter& json, CPlugIn* pPlugIn, const CDSPFilterControl& 
     json.endObject();
 }
 
-std::vector<std::string> presetNames(const CPlugIn* pPlugIn)
+std::vector<std::string> presetNames(const CPlugIn& plugIn)
 {
     std::vector<std::string> names;
-    if (!pPlugIn)
-        return names;
-    for (const char* pName : pPlugIn->m_PresetNames)
+    for (const char* pName : plugIn.m_PresetNames)
         if (pName && *pName)
             names.emplace_back(pName);
     return names;
@@ -151,6 +150,14 @@ struct CPrintedFilter
     {
         return m_pPlugIn ? textOf(m_pPlugIn->m_PlugInName) : m_filter.m_sName;
     }
+
+    [[nodiscard]] std::vector<std::string> presets() const
+    {
+        if (m_pPlugIn)
+            return presetNames(*m_pPlugIn);
+        const auto* pModule = dynamic_cast<const CModuleFilter*>(&m_filter);
+        return pModule ? pModule->presetNames() : std::vector<std::string>();
+    }
 };
 
 std::string filterAsJson(const CPrintedFilter& printed)
@@ -171,7 +178,7 @@ std::string filterAsJson(const CPrintedFilter& printed)
         writeControl(json, printed.m_pPlugIn, *pControl);
     json.endArray();
     json.key("presets");
-    json.array(std::span<const std::string>(presetNames(printed.m_pPlugIn)));
+    json.array(std::span<const std::string>(printed.presets()));
     json.endObject();
     return json.text();
 }
@@ -201,14 +208,24 @@ std::string shownValue(const CDSPFilterControl& control)
     return sItem.empty() ? control.m_sValue : control.m_sValue + " (" + sItem + ")";
 }
 
+// In the units of the value beside it, which in a module may be others than those of its variable.
+CModuleFilter::CShownRange shownRange(const CDSPFilterControl& control)
+{
+    const auto* pModule = dynamic_cast<const CModuleFilter*>(control.m_pFilter);
+    return pModule
+               ? pModule->shownRange(control)
+               : CModuleFilter::CShownRange{control.fUserDisplayDataLoLimit, control.fUserDisplayDataHiLimit};
+}
+
 std::vector<std::string> controlRow(const CDSPFilterControl& control)
 {
     std::vector<std::string> cells = {std::to_string(control.uControlId), control.m_sName, kindOf(control),
                                       shownValue(control), control.m_sUnits};
     if (control.uControlType == FILTER_CONTROL_LED_METER)
         return cells; // a meter has no range
-    cells.push_back(formatted("%g", static_cast<double>(control.fUserDisplayDataLoLimit)));
-    cells.push_back(formatted("%g", static_cast<double>(control.fUserDisplayDataHiLimit)));
+    const auto [dLow, dHigh] = shownRange(control);
+    cells.push_back(formatted("%g", dLow));
+    cells.push_back(formatted("%g", dHigh));
     cells.emplace_back(control.bLogSlider ? "log" : control.bExpSlider ? "exp" : "linear");
     cells.push_back(std::to_string(control.m_nPos));
     return cells;
@@ -236,7 +253,7 @@ std::string filterAsText(const CPrintedFilter& printed)
     std::string sText = printed.name() + "\n";
     sText += printed.m_pPlugIn ? printed.m_file.string() + "\n\n" + members.text() : "built-in module\n";
     sText += "\n" + (controls.empty() ? "No controls.\n" : controls.text());
-    const auto presets = presetNames(printed.m_pPlugIn);
+    const auto presets = printed.presets();
     for (const std::string& sPreset : presets)
         sText += (&sPreset == &presets.front() ? "\nPresets: " : ", ") + sPreset;
     return presets.empty() ? sText : sText + "\n";

@@ -61,8 +61,7 @@ std::span<const COption> filterOptions()
         {"--module",
          "NAME",
          "Takes a built-in module in place of a plug-in: its name, or a beginning that no other has; upper "
-         "and "
-         "lower case are alike.",
+         "and lower case are alike.",
          {TEXT}},
         {"--set",
          "ID=VALUE",
@@ -75,7 +74,12 @@ std::span<const COption> filterOptions()
          "Moves a control to a position, 0 (low end) to 256 (high end). May be given for many controls.",
          {EValueKind::PositionAssignment, 0, 256},
          true},
-        {"--preset", "FILE.spf", "Gives the controls the values of a preset file.", {FILE_NAME}, true},
+        {"--preset",
+         "FILE.spf",
+         "Gives the controls the values of a preset file; with --module, of the module's preset of that "
+         "name.",
+         {FILE_NAME},
+         true},
     };
     return OPTIONS;
 }

@@ -1,6 +1,7 @@
 #include "cli/headless_document.h"
 
 #include "base/text.h"
+#include "dsp/modules/module_filter.h"
 #include "dsp/modules/module_registry.h"
 #include "host/control_walk.h"
 #include "host/dsp_filter.h"
@@ -20,6 +21,17 @@ std::string listOfControls(CDSPFilter& filter)
     std::string sText = "The controls of " + filter.m_sName + " are:";
     for (const CDSPFilterControl* pControl : controls)
         sText += "\n  " + std::to_string(pControl->uControlId) + "  " + pControl->m_sName;
+    return sText;
+}
+
+std::string noSuchPreset(const CModuleFilter& module, const std::string& sName)
+{
+    const auto names = module.presetNames();
+    if (names.empty())
+        return module.m_sName + " has no presets; its controls are set with --set.";
+    std::string sText = module.m_sName + " has no preset " + sName + ". Its presets are:";
+    for (const std::string& sPreset : names)
+        sText += "\n  " + sPreset;
     return sText;
 }
 
@@ -142,8 +154,16 @@ bool CHeadlessDocument::applyFilterOptions(const std::function<bool()>& onLoaded
 bool CHeadlessDocument::applyPreset(const std::filesystem::path& file)
 {
     CDSPFilter* pFilter = m_document.currentFilter();
+    if (auto* pModule = dynamic_cast<CModuleFilter*>(pFilter)) {
+        const std::string sName = file.filename().string();
+        const bool bLoaded = pModule->loadPreset(sName);
+        if (!bLoaded)
+            m_context.dialogs().showMessage(noSuchPreset(*pModule, sName));
+        return bLoaded;
+    }
     if (!pFilter || !pFilter->m_pPlugIn) {
-        m_context.dialogs().showMessage("The option --preset needs a plug-in: give --plugin ahead of it.");
+        m_context.dialogs().showMessage(
+            "The option --preset needs a filter: give --module or --plugin ahead of it.");
         return false;
     }
     if (!loadPreset(*pFilter->m_pPlugIn, file, m_context.dialogs()))

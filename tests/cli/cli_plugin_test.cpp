@@ -118,7 +118,6 @@ TEST_F(CCliPlugInTest, RefusesWhatCannotBeLoadedOrSet)
     expectFailure({"measure", "step", "--set", "8=1", "--plugin", unruly()}, 1, {"--plugin ahead of it"});
 }
 
-// The JSON object stays whole whatever a plug-in prints, and its words are heard unless unwanted.
 TEST_F(CCliPlugInTest, TakesABuiltInModuleByTheBeginningOfItsName)
 {
     const CJsonValue eq = runForJson({"plugin", "inspect", "--module", "ten", "--set", "602=-6"});
@@ -128,6 +127,18 @@ TEST_F(CCliPlugInTest, TakesABuiltInModuleByTheBeginningOfItsName)
     EXPECT_EQ(eq["controls"][2]["m_sName"].text(), "125 Hz");
     EXPECT_EQ(eq["controls"][2]["value"].number(), -6.0);
     EXPECT_NE(run({"plugin", "inspect", "--module", "ten"}).m_sOutput.find("Hi Shelf"), std::string::npos);
+
+    // Limits and presets in the words in which they are given.
+    EXPECT_NE(run({"plugin", "inspect", "--module", "Stereo"}).m_sOutput.find("-100    100"),
+              std::string::npos);
+    const CJsonValue exciter = runForJson({"plugin", "inspect", "--module", "HF Exciter XM1", "--set",
+                                           "600=900", "--preset", "HF_Exciter_XM1.pre"});
+    EXPECT_EQ(exciter["presets"][0].text(), "HF_Exciter_XM1.pre");
+    EXPECT_EQ(exciter["controls"][0]["value"].number(), 561.0);
+    expectFailure({"plugin", "inspect", "--module", "HF Exciter XM1", "--preset", "Loud"}, 1,
+                  {"no preset Loud", "HF_Exciter_XM1.pre"});
+    expectFailure({"plugin", "inspect", "--module", "Volume", "--preset", "Loud"}, 1,
+                  {"Volume has no presets"});
 
     // Halves the input: level and feedback 0, half of it dry.
     const CJsonValue delay =
@@ -143,6 +154,7 @@ TEST_F(CCliPlugInTest, TakesABuiltInModuleByTheBeginningOfItsName)
     expectFailure({"plugin", "inspect", example("Gain"), "--module", "Volume"}, 2, {"--module"});
 }
 
+// The JSON object stays whole whatever a plug-in prints, and its words are heard unless unwanted.
 TEST_F(CCliPlugInTest, KeepsThePlugInsTextsOffStandardOutput)
 {
     const std::vector<std::string> words = {"--json", "measure", "step", "--plugin",

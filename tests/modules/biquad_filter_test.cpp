@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cfloat>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <thread>
@@ -111,6 +112,24 @@ TEST(BiquadFilter, LetsTheInputThroughUntouchedWhereItsShelfIsFlat)
     EXPECT_EQ(volume.state(1)[0], in[399]);
     volume.prepareForPlay();
     EXPECT_EQ(volume.state(1)[0], 0.0F);
+}
+
+// What is too small for a normal float is forgotten: no volume makes it heard.
+TEST(BiquadFilter, LetsItsTailEnd)
+{
+    CHP_LPFilter filter;
+    filter.prepareForPlay();
+    constexpr std::array<float, 64> silence{};
+    std::array<float, 64> out{1.0F};
+    filter.processInterleaved(out.data(), out.data(), 1, 64, 0);
+    while (std::ranges::any_of(out, [](float fSample) { return std::abs(fSample) >= FLT_MIN; })) {
+        out = silence;
+        filter.processInterleaved(out.data(), out.data(), 1, 64, 0);
+    }
+    filter.setParameter(MULTIFILTER_VOLUME, FLT_MAX);
+    out = silence;
+    filter.processInterleaved(out.data(), out.data(), 1, 64, 0);
+    EXPECT_EQ(out, silence);
 }
 
 TEST(BiquadFilter, BeginsWithCoefficientsOfOneAndWorksThemOutWhenPrepared)

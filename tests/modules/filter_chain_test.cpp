@@ -1,4 +1,3 @@
-#include "analyzer/response_measurement.h"
 #include "dsp/modules/filter_chain.h"
 #include "dsp/modules/hf_exciter.h"
 #include "dsp/modules/hf_exciter_2.h"
@@ -11,89 +10,17 @@
 #include "host/control_walk.h"
 #include "noise_samples.h"
 #include "support/allocation_guard.h"
+#include "transfer_functions.h"
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
-#include <functional>
 #include <gtest/gtest.h>
-#include <numbers>
 #include <set>
 
 namespace velmora {
 namespace {
 
-using std::numbers::pi;
-using CComplex = std::complex<double>;
-using CResponse = std::function<CComplex(double dHz, double dRate)>;
-
-CComplex biquad(double dHz, double dRate, double a0, double a1, double a2, double b1, double b2)
-{
-    const CComplex z = std::polar(1.0, -2.0 * pi * dHz / dRate);
-    return (a0 + z * (a1 + z * a2)) / (1.0 + z * (b1 + z * b2));
-}
-
-CComplex band(double dHz, double dRate, double fc, double gain)
-{
-    const double k = std::tan(pi * fc / dRate), q = 1.414, v = std::pow(10.0, gain / 20.0);
-    const bool bBoosts = gain >= 1.0;
-    const double n = bBoosts ? v : 1.0, d = bBoosts ? 1.0 : 1.0 / v, e = 1.0 + d * k / q + k * k;
-    const double b = 2.0 * (k * k - 1.0) / e;
-    return biquad(dHz, dRate, (1.0 + n * k / q + k * k) / e, b, (1.0 - n * k / q + k * k) / e, b,
-                  (1.0 - d * k / q + k * k) / e);
-}
-
-CComplex shelf(double dHz, double dRate, double fc, double gain, bool bHigh)
-{
-    const double v = std::pow(10.0, gain / 20.0), k = bHigh ? (1.0 + v) / 4.0 : 4.0 / (1.0 + v);
-    const double t = k * std::tan(pi * fc / dRate), g = (1.0 - t) / (1.0 + t);
-    const double d = (bHigh ? 1.0 + g : 1.0 - g) / 2.0;
-    return 1.0 + (v - 1.0) * biquad(dHz, dRate, d, bHigh ? -d : d, 0.0, -g, 0.0);
-}
-
-CComplex allPass(double dHz, double dRate, double fc, double width)
-{
-    const double t = std::tan(pi * width / dRate), alpha = (t - 1.0) / (t + 1.0);
-    const double b = -std::cos(2.0 * pi * fc / dRate) * (1.0 - alpha);
-    return biquad(dHz, dRate, -alpha, b, 1.0, b, -alpha);
-}
-
-CComplex crossover(double dHz, double dRate, double fc, bool bHigh)
-{
-    const double w = pi * fc, k = w / std::tan(pi * fc / dRate), d = (k + w) * (k + w);
-    const double a = (bHigh ? k * k : w * w) / d;
-    return biquad(dHz, dRate, a, bHigh ? -2.0 * a : 2.0 * a, a, 2.0 * (w * w - k * k) / d,
-                  (k - w) * (k - w) / d);
-}
-
-CComplex firstOrder(double dHz, double dRate, double fc, bool bHigh)
-{
-    const double w = 2.0 * pi * fc / dRate, g = std::cos(w) / (1.0 + std::sin(w));
-    const double a = (bHigh ? 1.0 + g : 1.0 - g) / 2.0;
-    return biquad(dHz, dRate, a, bHigh ? -a : a, 0.0, -g, 0.0);
-}
-
-// 0.01 dB of the magnitude, and as much of the phase, from 20 Hz to 20 kHz.
-void expectResponse(CDSPFilter& filter, const CResponse& expected)
-{
-    for (const double dRate : {44100.0, 48000.0, 96000.0}) {
-        CResponseMeasurement measurement;
-        ASSERT_TRUE(measurement.measureImpulseLong(&filter, false, 1 << 17, dRate));
-        for (const int nChannel : {0, 1}) {
-            const auto samples = measurement.channel(nChannel);
-            const auto magnitude = frequencyResponse(samples, dRate);
-            const auto phase = phaseResponse(samples);
-            const double dBin = dRate / 2.0 / static_cast<double>(phase.size());
-            for (std::size_t u = 64; u * dBin <= 20000.0; u += 1 + u / 64) {
-                const auto target = 32767.0 / 32768.0 * expected(u * dBin, dRate);
-                const auto measured =
-                    std::polar(std::pow(10.0, magnitude.m_dB[u] / 20.0), phase[u] * pi / 180.0);
-                ASSERT_LT(std::abs(measured - target), 0.00115 * std::abs(target) + 1e-7)
-                    << filter.m_sName << ", " << u * dBin << " Hz at " << dRate;
-            }
-        }
-    }
-}
+using namespace test;
 
 TEST(TenBandEQ, HasTheResponseOfItsTwelveSections)
 {
@@ -103,11 +30,11 @@ TEST(TenBandEQ, HasTheResponseOfItsTwelveSections)
         CTenBandGraphicEQ eq;
         for (UINT u = 0; u < 12; ++u)
             ASSERT_TRUE(eq.setControlText(600 + u, std::to_string(gains[u]), false));
-        expectResponse(eq, [&](double dHz, double dRate) {
+        expectResponse(eq, [&](double dRate, double w) {
             CComplex product =
-                shelf(dHz, dRate, 100.0, gains[10], false) * shelf(dHz, dRate, 10000.0, gains[11], true);
+                lowShelf({dRate, 100.0, gains[10]}).at(w) * highShelf({dRate, 10000.0, gains[11]}).at(w);
             for (UINT u = 0; u < 10; ++u)
-                product *= band(dHz, dRate, frequencies[u], gains[u]);
+                product *= graphicB({dRate, frequencies[u], gains[u]}).at(w);
             return product;
         });
     }
@@ -132,9 +59,9 @@ TEST(LinkwitzRileyBPF, IsAHighPassAndThenALowPass)
             filter.setControlText(600, std::to_string(low), false);
             filter.setControlText(601, std::to_string(high), false);
             filter.setReversePhase(bReverses);
-            expectResponse(filter, [&](double dHz, double dRate) {
-                return (bReverses ? -1.0 : 1.0) * crossover(dHz, dRate, low, true) *
-                       crossover(dHz, dRate, high, false);
+            expectResponse(filter, [&](double dRate, double w) {
+                return (bReverses ? -1.0 : 1.0) * linkwitzRileyHighPass({dRate, low}).at(w) *
+                       linkwitzRileyLowPass({dRate, high}).at(w);
             });
             filter.resetToDefaults();
             EXPECT_EQ(filter.childAt(0).parameter(MULTIFILTER_FC), 500.0F);
@@ -145,16 +72,16 @@ TEST(LinkwitzRileyBPF, IsAHighPassAndThenALowPass)
 
 TEST(Exciters, HaveTheResponsesOfTheirPaths)
 {
-    const auto pair = [](double dHz, double dRate) {
-        return allPass(dHz, dRate, 1000, 5000) * allPass(dHz, dRate, 1000, 5000);
+    const auto pair = [](double dRate, double w) {
+        return std::pow(secondAllPass({dRate, 1000.0, 0.0, 5000.0}).at(w), 2);
     };
-    const auto shelves = [](double dHz, double dRate) {
-        return shelf(dHz, dRate, 100, 3, false) * shelf(dHz, dRate, 5000, 8, true);
+    const auto shelves = [](double dRate, double w) {
+        return lowShelf({dRate, 100.0, 3.0}).at(w) * highShelf({dRate, 5000.0, 8.0}).at(w);
     };
     const CResponse responses[] = {
-        [&](double dHz, double dRate) { return 0.5 * (pair(dHz, dRate) + shelves(dHz, dRate)); },
-        [&](double dHz, double dRate) { return 0.5 * shelves(dHz, dRate); },
-        [&](double dHz, double dRate) { return 0.5 / 3.0 * (pair(dHz, dRate) + shelves(dHz, dRate) + 1.0); }};
+        [&](double dRate, double w) { return 0.5 * (pair(dRate, w) + shelves(dRate, w)); },
+        [&](double dRate, double w) { return 0.5 * shelves(dRate, w); },
+        [&](double dRate, double w) { return 0.5 / 3.0 * (pair(dRate, w) + shelves(dRate, w) + 1.0); }};
     for (const UINT uType : {330U, 331U, 332U}) {
         CHF_Exciter_2 exciter;
         exciter.childAt(2).setParameter(MULTIFILTER_BOOST_CUT, 3.0F);
@@ -165,22 +92,21 @@ TEST(Exciters, HaveTheResponsesOfTheirPaths)
     for (const auto& [uType, dSign] : {std::pair{330U, 1.0}, {331U, 0.0}, {332U, -1.0}}) {
         CHF_Exciter_XM1 exciter;
         ASSERT_TRUE(exciter.setExciterType(uType));
-        expectResponse(exciter, [&](double dHz, double dRate) {
+        expectResponse(exciter, [&](double dRate, double w) {
             return 0.5 * 0.50118723 *
-                   (dSign * 0.15848932 * allPass(dHz, dRate, 560.80078125, 234.296875) *
-                        allPass(dHz, dRate, 2164.453125, 300) +
-                    shelf(dHz, dRate, 458.59375, 6, false) * shelf(dHz, dRate, 3363.28125, 12, true));
+                   (dSign * 0.15848932 * secondAllPass({dRate, 560.80078125, 0.0, 234.296875}).at(w) *
+                        secondAllPass({dRate, 2164.453125, 0.0, 300.0}).at(w) +
+                    lowShelf({dRate, 458.59375, 6.0}).at(w) * highShelf({dRate, 3363.28125, 12.0}).at(w));
         });
     }
     CHF_Exciter exciter;
     exciter.childAt(0).setParameter(STEREODELAY_DELAY, 3.0F);
     exciter.childAt(3).setParameter(STEREODELAY_DELAY, 7.0F);
     exciter.childAt(1).setParameter(MULTIFILTER_FC, 900.0F);
-    expectResponse(exciter, [&](double dHz, double dRate) {
-        const auto delay = [&](double d) { return std::polar(1.0, -2.0 * pi * d * dHz / dRate); };
-        return 0.5 * shelf(dHz, dRate, 5000, 6, true) *
-               (firstOrder(dHz, dRate, 3000, true) * delay(3) +
-                firstOrder(dHz, dRate, 900, false) * delay(7));
+    expectResponse(exciter, [](double dRate, double w) {
+        return 0.5 * highShelf({dRate, 5000.0, 6.0}).at(w) *
+               (firstHighPass({dRate, 3000.0}).at(w) * std::polar(1.0, -3.0 * w) +
+                firstLowPass({dRate, 900.0}).at(w) * std::polar(1.0, -7.0 * w));
     });
 }
 
@@ -229,9 +155,9 @@ TEST(Exciters, KeepTheDifferencesOfTheirStoredSettings)
     exciter.resetToDefaults();
     EXPECT_EQ(values(), (std::vector{560.800781F, 1.0F, 300.0F, 0.25F, 1.0F, 12.0F, 0.794328F}));
     for (const char* pWrong : {"", "1,2,3", "1,2,3,4,5,6,7,8,9,10,11,x", "1,2,3,4,5,6,7,8,9,10,11,12,13"})
-        EXPECT_FALSE(exciter.loadPreset(pWrong));
+        EXPECT_FALSE(exciter.setValues(pWrong) || exciter.loadPreset(pWrong));
     EXPECT_EQ(values()[3], 0.25F);
-    EXPECT_TRUE(exciter.loadPreset(CHF_Exciter_XM1::PRESET));
+    EXPECT_TRUE(exciter.loadPreset(exciter.presetNames().front()));
     EXPECT_EQ(values(), (std::vector{561.0F, 1.0F, 300.0F, 0.15848932F, 1.0F, 12.0F, 0.50118723F}));
 }
 
@@ -317,10 +243,10 @@ TEST(ModuleRegistry, StaysFiniteAndAllocatesNothingWhileControlsSweep)
         float fPeak = 0.0F;
         for (UINT uBlock = 0; uBlock < 10 * 48000 / BLOCK; ++uBlock) {
             for (UINT u = 0; u < controls.size(); ++u) {
-                const bool bFeedback = controls[u]->m_sName == "Feedback"; // at 1 it never ends growing
+                const int nEdge = controls[u]->m_sName == "Feedback" ? 1 : 0; // at 1 it never ends growing
                 const auto nPos = static_cast<int>((uBlock * (2 * u + 3)) % 513);
                 filter.setControlPosition(controls[u]->uControlId,
-                                          bFeedback ? 128 + nPos % 64 : std::min(nPos, 512 - nPos));
+                                          std::clamp(std::min(nPos, 512 - nPos), nEdge, 256 - nEdge));
             }
             auto in = samples;
             const test::CAllocationGuard guard;

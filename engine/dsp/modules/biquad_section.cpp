@@ -1,5 +1,9 @@
 #include "dsp/modules/biquad_section.h"
 
+#include <algorithm>
+#include <cfloat>
+#include <cmath>
+
 namespace velmora {
 
 namespace {
@@ -64,6 +68,16 @@ void run(const CLoop loop, CBiquadSection::CChannel* pChannels, const float* pIn
     }
 }
 
+void endTail(CBiquadSection::CChannel& channel)
+{
+    for (const UINT u : {0U, 1U}) {
+        if (std::abs(channel.m_state[2 + u]) >= FLT_MIN)
+            continue;
+        channel.m_state[2 + u] = 0.0F;
+        channel.m_rest[u] = 0.0;
+    }
+}
+
 } // namespace
 
 void CBiquadSection::reset()
@@ -92,6 +106,7 @@ void CBiquadSection::process(const CBiquadCoefficients& coefficients, const CRou
         (route.m_bMixes ? run<2, true> : run<2, false>)(loop, pChannels, pIn, pOut, uFrames);
     else
         (route.m_bMixes ? run<1, true> : run<1, false>)(loop, pChannels, pIn, pOut, uFrames);
+    std::ranges::for_each(m_channels, endTail);
 }
 
 } // namespace velmora

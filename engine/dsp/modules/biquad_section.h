@@ -25,8 +25,9 @@ struct CBiquadCoefficients
 //     y = m (d0 x + wet g)
 // Stable while |c0 b2| < 1 and |c0 b1| < 1 + c0 b2. Samples are floats. In a buffer g keeps the precision of
 // a double, also from one buffer to the next: rounded to a float each time, its errors would add up to more
-// than what a high-pass filter lets through of the lowest notes. All operations: [audio]; reset(): [main, not
-// in use]
+// than what a high-pass filter lets through of the lowest notes. Between two buffers a g too small for a
+// normal float becomes 0, so that a tail that has died away does not slow the arithmetic down. All
+// operations: [audio]; reset(): [main, not in use]
 class CBiquadSection
 {
   public:

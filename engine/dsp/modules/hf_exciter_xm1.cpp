@@ -57,10 +57,15 @@ CHF_Exciter_XM1::CHF_Exciter_XM1() : CHF_Exciter_2("HF Exciter XM1", FILTER_ID, 
                     {MULTIFILTER_VOLUME, "Process", ""}},
                    {{MULTIFILTER_FC, "Lo fc", ""}},
                    {{MULTIFILTER_FC, "Hi fc", ""}}}});
-    loadPreset(CONSTRUCTION);
+    setValues(CONSTRUCTION);
 }
 
-bool CHF_Exciter_XM1::loadPreset(std::string_view sValues)
+bool CHF_Exciter_XM1::loadPreset(std::string_view sName)
+{
+    return sName == PRESET_NAME && setValues(PRESET);
+}
+
+bool CHF_Exciter_XM1::setValues(std::string_view sValues)
 {
     const auto texts = split(sValues, ',');
     if (texts.size() != PRESET_VALUES.size() + 1)
@@ -79,7 +84,7 @@ bool CHF_Exciter_XM1::loadPreset(std::string_view sValues)
 bool CHF_Exciter_XM1::resetToDefaults()
 {
     const bool bDone = CHF_Exciter_2::resetToDefaults();
-    return loadPreset(DEFAULTS) && bDone;
+    return setValues(DEFAULTS) && bDone;
 }
 
 bool CHF_Exciter_XM1::route(const CPass& pass, float* pIn, float* pOut)

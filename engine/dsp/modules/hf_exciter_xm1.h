@@ -2,7 +2,9 @@
 
 #include "dsp/modules/hf_exciter_2.h"
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmora {
 
@@ -35,8 +37,12 @@ class CHF_Exciter_XM1 : public CHF_Exciter_2
 
     CHF_Exciter_XM1();
 
-    // False, and nothing changes, for a text that is no such preset. [main]
-    bool loadPreset(std::string_view sValues);
+    // PRESET_NAME alone.
+    [[nodiscard]] std::vector<std::string> presetNames() const override { return {std::string(PRESET_NAME)}; }
+    bool loadPreset(std::string_view sName) override;
+
+    // Takes over the numbers of a preset. False, and nothing changes, for a text that is none. [main]
+    bool setValues(std::string_view sValues);
 
     bool resetToDefaults() override;
 

@@ -179,6 +179,20 @@ void CModuleFilter::showValue(UINT uControl)
         m_ControlList[uControl]->m_sValue = moduleText(m_parameters[uSetting].m_eText, parameter(uSetting));
 }
 
+EModuleText CModuleFilter::textOf(UINT uControl) const
+{
+    const UINT uSetting = uControl < m_shown.size() ? m_shown[uControl].m_uSetting : ~0U;
+    return uSetting < m_values.size() ? m_parameters[uSetting].m_eText : EModuleText::number;
+}
+
+CModuleFilter::CShownRange CModuleFilter::shownRange(const CDSPFilterControl& control) const
+{
+    const auto found = std::ranges::find(m_ControlList, &control, &std::unique_ptr<CDSPFilterControl>::get);
+    const EModuleText eText = textOf(static_cast<UINT>(found - m_ControlList.begin()));
+    return {shownValue(eText, control.fUserDisplayDataLoLimit),
+            shownValue(eText, control.fUserDisplayDataHiLimit)};
+}
+
 bool CModuleFilter::setControlPosition(UINT uControlId, int nPos)
 {
     return moveControl(settingOf(uControlId), nPos);
@@ -201,12 +215,11 @@ bool CModuleFilter::setControlText(UINT uControlId, std::string sText, bool)
     if (uControl >= m_ControlList.size())
         return false;
     CDSPFilterControl& control = *m_ControlList[uControl];
-    const UINT uSetting = m_shown[uControl].m_uSetting;
-    const EModuleText eText =
-        uSetting < m_values.size() ? m_parameters[uSetting].m_eText : EModuleText::number;
+    const EModuleText eText = textOf(uControl);
+    const CShownRange range = shownRange(control);
     CControlLaw law = control.law();
-    law.m_fLo = static_cast<float>(shownValue(eText, law.m_fLo));
-    law.m_fHi = static_cast<float>(shownValue(eText, law.m_fHi));
+    law.m_fLo = static_cast<float>(range.m_dLow);
+    law.m_fHi = static_cast<float>(range.m_dHigh);
     const auto dShown = cookedFromText(law, sText, control.m_sUnits);
     if (!dShown)
         return false;

@@ -5,6 +5,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace velmora {
@@ -54,6 +55,20 @@ class CModuleFilter : public CDSPFilter
     // Every setting back to its default, with the ranges that belong to a reset.
     virtual bool resetToDefaults();
 
+    // The settings that this module brings along, by name.
+    [[nodiscard]] virtual std::vector<std::string> presetNames() const { return {}; }
+
+    // Takes over such settings. False, and nothing changes, for another name.
+    virtual bool loadPreset(std::string_view) { return false; }
+
+    // The range of one of the controls, in the units in which its value is shown.
+    struct CShownRange
+    {
+        double m_dLow;
+        double m_dHigh;
+    };
+    [[nodiscard]] CShownRange shownRange(const CDSPFilterControl& control) const;
+
     // What the block diagram shows of this filter.
     [[nodiscard]] virtual std::vector<CModuleCoefficient> coefficients() const { return {}; }
 
@@ -86,6 +101,7 @@ class CModuleFilter : public CDSPFilter
 
   private:
     [[nodiscard]] std::unique_ptr<CDSPFilterControl> makeControl(const CShownSetting& shown);
+    [[nodiscard]] EModuleText textOf(UINT uControl) const;
     void refreshControl(UINT uControl);
     void showValue(UINT uControl);
 
