@@ -37,7 +37,8 @@ int CBuildLoop::run()
     std::vector<std::string> changed;
     while (m_watch.error().empty() && !wasInterrupted()) {
         setCancellable(true);
-        m_project.lock(m_projectFile);
+        if (!m_project.lock(m_projectFile))
+            return EXIT_FAILED;
         addLaterChanges(changed);
         if (reloadProject(changed) && !buildOnce(changed))
             return EXIT_FAILED;

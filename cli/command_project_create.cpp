@@ -138,8 +138,8 @@ int runProjectOpen(CCommandContext& context)
         return EXIT_FAILED;
     if (!isProjectFileThere(context, *context.line().argument("FILE")))
         return EXIT_FAILED;
-    project.lock(*context.line().argument("FILE"));
-    if (!project->openProject(*context.line().argument("FILE")))
+    if (!project.lock(*context.line().argument("FILE")) ||
+        !project->openProject(*context.line().argument("FILE")))
         return project.refused();
     context.m_sResult = filesResult(context, "changed", project->changedFiles());
     return EXIT_DONE;

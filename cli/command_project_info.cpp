@@ -6,6 +6,7 @@
 #include "cli/json_writer.h"
 #include "cli/project_json.h"
 #include "cli/text_table.h"
+#include "document/project_lock.h"
 #include "project/codegen/project_history.h"
 #include "project/dsp_project.h"
 #include "project/project_file.h"
@@ -94,10 +95,15 @@ int showEntry(CCommandContext& context, const CProjectHistory& history, const CH
     return EXIT_DONE;
 }
 
-int restoreEntry(CCommandContext& context, CProjectHistory& history, const CHistoryEntry& entry)
+int restoreEntry(CCommandContext& context, CProjectHistory& history, const CHistoryEntry& entry,
+                 const std::filesystem::path& file)
 {
-    CFileLock lock(history.folder().parent_path() / "lock"); // nobody else writes the project meanwhile
-    lock.take();
+    CFileLock lock(CProjectLock::lockFile(file)); // nobody else writes the project meanwhile
+    if (!lock.tryToTake()) {
+        if (const std::string sReason = CProjectLock::heldByWindow(file); !sReason.empty())
+            return context.fail(sReason);
+        lock.take();
+    }
     if (!history.restore(entry.m_uNumber))
         return context.fail(history.error());
     context.m_sResult =
@@ -163,7 +169,7 @@ int runProjectHistory(CCommandContext& context)
         if (!pEntry)
             return EXIT_FAILED;
         return line.has("--show") ? showEntry(context, history, *pEntry)
-                                  : restoreEntry(context, history, *pEntry);
+                                  : restoreEntry(context, history, *pEntry, file);
     }
     context.m_sResult = context.json() ? entriesAsJson(entries) : entriesAsTable(entries);
     return EXIT_DONE;

@@ -34,8 +34,7 @@ bool CHeadlessProject::startWith(const std::filesystem::path& file)
 {
     if (!start() || !isProjectFileThere(m_context, file))
         return false;
-    lock(file);
-    return m_commands->loadProject(file) && checkMarks();
+    return lock(file) && m_commands->loadProject(file) && checkMarks();
 }
 
 bool CHeadlessProject::checkMarks()
@@ -49,33 +48,33 @@ bool CHeadlessProject::checkMarks()
         std::string sText; // one that is not there, or empty, is told by what follows
         if (!readFileToString(path, sText, false, 0, true) || sText.empty())
             continue;
-        const auto uBegin = sText.find(region.m_sBegin);
-        const auto uEnd = sText.find(region.m_sEnd);
-        if (uBegin != std::string::npos && uEnd != std::string::npos && uBegin < uEnd)
+        const auto fault = findRegionFault(sText, region);
+        if (!fault)
             continue;
-        const std::string sBegin(region.m_sBegin), sEnd(region.m_sEnd);
-        const std::string sFault = uBegin == std::string::npos ? "the mark " + sBegin + " is missing"
-                                   : uEnd == std::string::npos ? "the mark " + sEnd + " is missing"
-                                                               : "the mark " + sEnd + " stands too early";
         m_context.dialogs().showMessage(
-            "In " + path.string() + " " + sFault + ". Velmora writes its lines between " + sBegin + " and " +
-            sEnd +
+            "In " + path.string() + " " + fault->m_sText + ". Velmora writes its lines between " +
+            std::string(region.m_sBegin) + " and " + std::string(region.m_sEnd) +
             ": put it back where it stood, or take an earlier text back; \"project history\" lists them.");
         return false;
     }
     return true;
 }
 
-void CHeadlessProject::lock(const std::filesystem::path& projectFile)
+bool CHeadlessProject::lock(const std::filesystem::path& projectFile)
 {
     std::error_code error;
     if (!std::filesystem::is_regular_file(projectFile, error))
-        return; // which whoever reads it tells
-    m_lock.emplace(projectFile.parent_path() / ".velmora" / "lock");
+        return true; // which whoever reads it tells
+    m_lock.emplace(CProjectLock::lockFile(projectFile));
     if (m_lock->tryToTake())
-        return;
+        return true;
+    if (const std::string sReason = CProjectLock::heldByWindow(projectFile); !sReason.empty()) {
+        m_context.dialogs().showMessage(sReason);
+        return false;
+    }
     m_context.announce("Waiting for another command on " + projectFile.string() + " ...");
     m_lock->take();
+    return true;
 }
 
 int CHeadlessProject::refused()

@@ -36,8 +36,9 @@ class CHeadlessProject
     [[nodiscard]] bool checkMarks();
 
     // Waits until no other program of this kind works on the project, and keeps others out from here on, so
-    // that none overwrites what another has just written.
-    void lock(const std::filesystem::path& projectFile);
+    // that none overwrites what another has just written. False, and the user has been told, if the project
+    // is open in a window, which may take for ever.
+    [[nodiscard]] bool lock(const std::filesystem::path& projectFile);
     void unlock() { m_lock.reset(); }
 
     // Answers EXIT_FAILED for an operation that was refused, and says why if nobody has yet.

@@ -50,6 +50,12 @@ complain "Includes against the order of the layers:" "$(
   done <<<"$layer_table"
 )"
 
+complain "Windows know their own folder and widgets/common; shell knows all:" "$(
+  grep -rnE '#include "widgets/' widgets --include='*.h' --include='*.cpp' |
+    sed -nE '/^widgets\/shell\//d; s/^(widgets\/([a-z]+)\/.*#include "widgets\/([a-z]+)\/.*)/\2 \3 \1/p' |
+    awk '$1 != $2 && $2 != "common"' || true
+)"
+
 # Forbidden includes
 complain "No window toolkit below engine/ and cli/:" \
   "$(grep -rnE '#include <Q[A-Z]' engine cli || true)"
@@ -99,7 +105,7 @@ if command -v shellcheck >/dev/null 2>&1; then
 fi
 
 if [ "${1-}" = --tidy ]; then
-  mapfile -t sources < <(printf '%s\n' "${files[@]}" | grep -E '^(engine|cli)/.*\.cpp$')
+  mapfile -t sources < <(printf '%s\n' "${files[@]}" | grep -E '^(engine|cli|widgets)/.*\.cpp$')
   complain "clang-tidy:" "$(
     printf '%s\n' "${sources[@]}" | xargs -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet 2>/dev/null || true
   )"

@@ -10,7 +10,10 @@ namespace velmora {
 
 CFileLock::CFileLock(std::filesystem::path file) : m_file(std::move(file)) {}
 
-CFileLock::~CFileLock() = default;
+CFileLock::~CFileLock()
+{
+    letGo();
+}
 
 bool CFileLock::tryToTake()
 {
@@ -24,7 +27,16 @@ void CFileLock::take()
 
 void CFileLock::letGo()
 {
+    setText({});
     m_pFile.reset();
+}
+
+void CFileLock::setText(std::string_view sText)
+{
+    if (!m_pFile || m_pFile->get() < 0 || ::ftruncate(m_pFile->get(), 0) != 0)
+        return;
+    ::lseek(m_pFile->get(), 0, SEEK_SET);
+    static_cast<void>(m_pFile->write(sText.data(), sText.size())); // a note, which may be missing
 }
 
 // False only if the lock is held by another and the mode does not wait.
@@ -41,6 +53,7 @@ bool CFileLock::takeWith(int nMode)
             break; // a file system without locks
     }
     m_pFile = std::move(pFile);
+    setText({});
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string_view>
 
 namespace velmora {
 
@@ -15,7 +16,7 @@ class CFileLock
     // Takes nothing yet.
     explicit CFileLock(std::filesystem::path file);
 
-    // Lets go.
+    // letGo()
     ~CFileLock();
 
     CFileLock(const CFileLock&) = delete;
@@ -28,7 +29,12 @@ class CFileLock
     // Waits until nobody else holds the lock, and takes it.
     void take();
 
+    // Also takes away the text of setText().
     void letGo();
+
+    // Writes a text into the file of a lock that is held, for others to read. It has to do with the lock only
+    // as long as that is held: whoever takes it finds the file emptied.
+    void setText(std::string_view sText);
 
   private:
     [[nodiscard]] bool takeWith(int nMode);

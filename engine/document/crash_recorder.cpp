@@ -2,6 +2,7 @@
 
 #include "audio/transport_state.h"
 #include "base/platform_emergency_file.h"
+#include "document/autosave.h"
 #include "host/plugin_call_marker.h"
 
 #include <cstdlib>
@@ -86,9 +87,8 @@ bool CCrashRecorder::setProject(const std::filesystem::path& project, std::strin
     const int nNext = m_nCurrent == 0 ? 1 : 0;
     CProjectCopy& copy = m_copies[static_cast<std::size_t>(nNext)];
     const auto file = absolutePath(project);
-    const std::string sAutosaveName = file.filename().string() + std::string(AUTOSAVE_SUFFIX);
-    const std::string sAutosave = file.parent_path() / sAutosaveName;
-    const std::string sSecond = m_userFolder / sAutosaveName;
+    const std::string sAutosave = autosavePath(file);
+    const std::string sSecond = secondAutosavePath(file, m_userFolder);
     const bool bKept = copy.m_texts.assign(
         {file.native(), unfinished(sAutosave), sAutosave, unfinished(sSecond), sSecond, sBytes});
     copy.m_bSaved = bSaved;

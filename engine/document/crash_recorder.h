@@ -15,11 +15,10 @@ namespace velmora {
 class CTransportState;
 
 // Keeps what a crash would take: at a fault of any thread, inside a plug-in or not, it writes the open
-// project, if it was not saved, beside its file as "<name>.prj.autosave" and then says in "crash-report.txt"
-// of the user folder what happened. The plug-in is named when the thread was inside a marked call of it
-// (host/plugin_call_marker.h). After that the program ends as it would have ended. A plug-in that calls
-// exit() is reported likewise. Where the project's folder cannot be written to, the user folder takes the
-// autosave.
+// project, if it was not saved, where its autosave goes (document/autosave.h) and then says in
+// "crash-report.txt" of the user folder what happened. The plug-in is named when the thread was inside a
+// marked call of it (host/plugin_call_marker.h). After that the program ends as it would have ended. A
+// plug-in that calls exit() is reported likewise.
 //
 // How it works: the program hands over the project's bytes whenever it has changed. They are kept twice, in
 // pages that nobody can write to by mistake: a new state goes to the copy that does not count, which then
@@ -56,7 +55,6 @@ class CCrashRecorder
 
     static constexpr std::string_view REPORT_FILE = "crash-report.txt";
     static constexpr std::string_view LAST_REPORT_FILE = "crash-report.last.txt";
-    static constexpr std::string_view AUTOSAVE_SUFFIX = ".autosave"; // behind the project file's whole name
 
   private:
     struct CProjectCopy

@@ -99,8 +99,10 @@ std::string CCrashReport::projectText() const
     const std::string sProject = shown(m_sProject);
     if (!m_sAutosave.empty())
         return "What was not saved yet of the project is in the file\n" + shown(m_sAutosave) +
-               "\nTo go on with it, put it in the place of " + sProject +
-               ", which is as it was last saved.\n\n";
+               "\nTo go on with it, open the project in Velmora's window, which offers it, or put the file "
+               "in "
+               "the place of " +
+               sProject + ", which is as it was last saved.\n\n";
     if (m_nAutosaveError != 0)
         return "What was not saved yet of the project " + sProject +
                " is lost: " + std::generic_category().message(m_nAutosaveError) + ".\n\n";

@@ -1,62 +1,32 @@
 #include "document/project_commands.h"
 
-#include "base/progress.h"
-#include "base/text.h"
+#include "base/patience.h"
 #include "base/user_dialogs.h"
 #include "document/tonbox_doc.h"
-#include "host/plugin_library.h"
-#include "host/plugin_library_image.h"
+#include "host/guarded_call.h"
+#include "host/plugin_call_marker.h"
 #include "host/user_dsp_filter.h"
 #include "project/codegen/code_central_services.h"
 #include "project/codegen/code_synchronisation.h"
-#include "project/codegen/code_text.h"
-#include "project/codegen/control_import.h"
-#include "project/codegen/linux_project_files.h"
 #include "project/codegen/new_project_request.h"
 #include "project/codegen/project_copy.h"
 #include "project/codegen/project_creation.h"
 #include "project/codegen/project_editing.h"
-#include "project/codegen/project_history.h"
 #include "project/codegen/project_opening.h"
-#include "project/codegen/text_surgery.h"
-#include "project/codegen/variable_rename.h"
 #include "project/compiler/build_watch.h"
 #include "project/compiler/compiler_table.h"
-#include "project/control_list.h"
-#include "project/control_properties.h"
-#include "project/control_slots.h"
 #include "project/dsp_project.h"
 #include "project/preset_file.h"
 #include "project/preset_folder.h"
 #include "project/project_file.h"
-#include "project/user_variables.h"
 
-#include <chrono>
 #include <utility>
 
 namespace velmora {
 
 namespace {
 
-constexpr const char* NO_PROJECT = "Open or Create a new Project first!";
-constexpr const char* NO_BUILT_PROJECT = "Open an existing, compiled Project first!";
-constexpr const char* COMPILER_NOT_FOUND =
-    "Compiler not found - it is either loading up now or you closed it. Wait or reopen it.";
-
-constexpr double START_DEADLINE_SECONDS = 60.0; // for a compiler's window to appear
-constexpr double START_POLL_SECONDS = 0.25;
-
-class CStopwatch
-{
-  public:
-    [[nodiscard]] double seconds() const
-    {
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
-    }
-
-  private:
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
-};
+constexpr const char* BUSY = "Wait until what is under way has ended.";
 
 CIdeSettings ideSettings(const CSettings& settings)
 {
@@ -108,10 +78,26 @@ ICompilerAccess* CProjectCommands::editorAccess()
     return m_bEditsThroughCompiler ? &toolchain() : nullptr;
 }
 
-// A fresh list of changed files for the command that begins.
+bool CProjectCommands::isBusy() const
+{
+    return m_bRebuilding || isWaiting();
+}
+
+// A fresh list of changed files for the command that begins, if it may.
+bool CProjectCommands::begin()
+{
+    if (isBusy()) {
+        m_dialogs.note(BUSY);
+        return false;
+    }
+    m_changedFiles.clear();
+    return true;
+}
+
 bool CProjectCommands::requireProject(const char* pMessage)
 {
-    m_changedFiles.clear();
+    if (!begin())
+        return false;
     if (!project())
         m_dialogs.showMessage(pMessage);
     return project() != nullptr;
@@ -129,9 +115,60 @@ bool CProjectCommands::requirePlugIn()
 // Projects
 // ------------------------------------------------------------------------------------------------
 
+void CProjectCommands::setHoldsProject(bool bOn)
+{
+    m_bHoldsProject = bOn;
+    if (!bOn)
+        m_lock.letGo();
+    else if (project() && !m_lock.isHeld() && !m_lock.take(project()->m_sProjectFile))
+        m_dialogs.showMessage(m_lock.reason());
+}
+
+// Keeps the project from others, in a lock of its own as long as it is not the open one. False after a
+// message.
+bool CProjectCommands::lockProject(const std::filesystem::path& file, CProjectLock& lock)
+{
+    if (!m_bHoldsProject || m_lock.holds(file) || lock.take(file))
+        return true;
+    m_dialogs.showMessage(lock.reason());
+    return false;
+}
+
+// What was changed and not saved is saved before another project takes this one's place.
+void CProjectCommands::leaveProject()
+{
+    if (project() && m_document.autosave().isChanged())
+        static_cast<void>(saveOpenProject());
+}
+
+void CProjectCommands::takeProject(std::unique_ptr<CDSPProject> pProject, CProjectLock lock)
+{
+    m_keptValues = {};
+    m_edits.clear();
+    m_document.setProject(std::move(pProject));
+    if (lock.isHeld() || !project())
+        m_lock = std::move(lock);
+}
+
+bool CProjectCommands::closeProject()
+{
+    if (!begin())
+        return false;
+    leaveProject();
+    takeOutPlugIn();
+    takeProject(nullptr, {});
+    return true;
+}
+
+bool CProjectCommands::save()
+{
+    return requireProject(PROJECT_NEEDED) && saveOpenProject();
+}
+
 bool CProjectCommands::newProject(const CNewProjectRequest& request)
 {
-    m_changedFiles.clear();
+    if (!begin())
+        return false;
     CNewProjectRequest checked = request;
     const CProjectEnvironment here = environment();
     if (!checkNewProject(checked, true, m_dialogs) ||
@@ -140,9 +177,11 @@ bool CProjectCommands::newProject(const CNewProjectRequest& request)
     auto pProject = createProject(checked, here, m_dialogs);
     if (!pProject)
         return false;
-    unloadPlugIn();
-    m_keptValues = {};
-    m_document.setProject(std::move(pProject));
+    leaveProject();
+    takeOutPlugIn();
+    CProjectLock lock;
+    static_cast<void>(lockProject(pProject->m_sProjectFile, lock)); // a new folder is nobody else's
+    takeProject(std::move(pProject), std::move(lock));
     describeForEditors();
     if (ICompilerAccess* pEditor = editorAccess())
         static_cast<void>(pEditor->makeAvailable(*project()));
@@ -168,7 +207,10 @@ bool CProjectCommands::editProject(const CNewProjectRequest& request)
 
 bool CProjectCommands::loadProject(const std::filesystem::path& file)
 {
-    m_changedFiles.clear();
+    CProjectLock lock;
+    if (!begin() || !lockProject(file, lock))
+        return false;
+    leaveProject();
     auto pProject = std::make_unique<CDSPProject>();
     if (!velmora::loadProject(*pProject, file, m_dialogs))
         return false;
@@ -176,21 +218,22 @@ bool CProjectCommands::loadProject(const std::filesystem::path& file)
     const auto folder = std::filesystem::absolute(file).parent_path();
     pProject->m_sProjectFolder = folder.string();
     pProject->m_sProjectFile = std::filesystem::absolute(file).string();
-    m_keptValues = {};
-    m_document.setProject(std::move(pProject));
+    takeProject(std::move(pProject), std::move(lock));
     return true;
 }
 
 bool CProjectCommands::openProject(const std::filesystem::path& file)
 {
-    m_changedFiles.clear();
+    CProjectLock lock;
+    if (!begin() || !lockProject(file, lock))
+        return false;
+    leaveProject();
     COpenedProject opened = openProjectFile(file, environment(), m_dialogs);
     m_changedFiles = std::move(opened.m_changed);
     if (!opened.m_pProject)
         return false;
-    unloadPlugIn();
-    m_keptValues = {};
-    m_document.setProject(std::move(opened.m_pProject));
+    takeOutPlugIn();
+    takeProject(std::move(opened.m_pProject), std::move(lock));
     describeForEditors();
     if (ICompilerAccess* pEditor = editorAccess())
         static_cast<void>(pEditor->makeAvailable(*project()));
@@ -199,7 +242,7 @@ bool CProjectCommands::openProject(const std::filesystem::path& file)
 
 bool CProjectCommands::saveAs(const CProjectCopyRequest& request)
 {
-    if (!requireProject(NO_PROJECT))
+    if (!requireProject(PROJECT_NEEDED))
         return false;
     const auto copy = copyProject(*project(), request, environment(), m_dialogs);
     if (copy)
@@ -207,146 +250,55 @@ bool CProjectCommands::saveAs(const CProjectCopyRequest& request)
     return copy.has_value();
 }
 
-bool CProjectCommands::clearProject()
+bool CProjectCommands::synchronizeCode(const CStripTexts& showStrip)
 {
-    if (!requireProject(NO_PROJECT))
-        return false;
-    clearControls(*project());
-    return writeCode();
-}
-
-bool CProjectCommands::importControls(const std::filesystem::path& otherProject)
-{
-    if (!requireProject(NO_PROJECT) || !m_dialogs.askYesNo(IMPORT_QUESTION))
-        return false;
-    unloadPlugIn();
-    return velmora::importControls(*project(), otherProject, m_dialogs) && writeCode();
-}
-
-bool CProjectCommands::synchronizeCode()
-{
-    if (!requireProject(NO_BUILT_PROJECT))
+    if (!requireProject(BUILT_PROJECT_NEEDED))
         return false;
     if (!m_document.plugInLoader().current() && !loadBuiltPlugIn()) {
         if (m_dialogs.askYesNo(SYNCHRONISE_LOAD_FAILED))
             return rebuild({}).m_bLoaded;
         return false;
     }
+    if (showStrip)
+        showStrip("Copying", "Files...");
     auto copied = synchroniseFiles(*project(), environment());
     bool bDone = writeCode();
     copied.insert(copied.end(), m_changedFiles.begin(), m_changedFiles.end());
+    resetJoystick();
     CCodeCentralServices code(editorAccess(), m_dialogs);
     bDone = bDone && code.updateProcessSignatures(project());
     copied.insert(copied.end(), code.written().begin(), code.written().end());
     m_changedFiles = std::move(copied);
     if (bDone)
         m_dialogs.showMessage(SYNCHRONISE_DONE);
-    unloadPlugIn();
+    takeOutPlugIn();
     return bDone;
 }
 
+// To its centre, where all four corners have the same share. The plug-in hears of it like of a move.
+void CProjectCommands::resetJoystick()
+{
+    constexpr float CORNER = 0.25F;
+    constexpr float MIDDLE = 0.5F;
+    if (m_onJoystickReset)
+        m_onJoystickReset();
+    const CLoadedPlugIn* pLoaded = m_document.plugInLoader().current();
+    if (!pLoaded)
+        return;
+    const CPlugInCallMarker marker(pLoaded->filter(), EPlugInCall::userInterfaceChange);
+    const auto thrown = thrownBy(
+        [&] { pLoaded->plugIn()->joystickControlChange(CORNER, CORNER, CORNER, CORNER, MIDDLE, MIDDLE); });
+    if (thrown)
+        m_dialogs.note("The plug-in threw an exception in joystickControlChange(): " + *thrown);
+}
+
 // ------------------------------------------------------------------------------------------------
-// Controls
+// Writing
 // ------------------------------------------------------------------------------------------------
-
-bool CProjectCommands::acceptControl(const CControlEdit& edit, bool bNew)
-{
-    if (!requireProject(NO_PROJECT))
-        return false;
-    const UINT uId = edit.m_record.uControlId;
-    const CUICtrl* pExisting = findControl(project()->m_UIControlList, uId);
-    if (bNew == (pExisting != nullptr)) {
-        m_dialogs.showMessage(bNew ? formatted("Slot %u is taken by the control \"%s\". Edit or remove it.",
-                                               uId, pExisting->cControlName)
-                                   : formatted("There is no control with the id %u.", uId));
-        return false;
-    }
-    const CControlCheck check = checkControl(*project(), edit, pExisting);
-    if (!confirmControl(check, m_dialogs))
-        return false;
-    if (pExisting) {
-        const std::string sQuestion = renameQuestion(*pExisting, check.m_record);
-        const bool bMeter = pExisting->uControlType == FILTER_CONTROL_LED_METER;
-        const std::string sOld =
-            bMeter ? meterVariableIdentifier(*pExisting) : variableIdentifier(*pExisting);
-        const std::string sNew = bMeter ? check.m_record.cMeterVariableName : check.m_record.cVariableName;
-        if (!sQuestion.empty() && m_dialogs.askYesNo(sQuestion) && !renameVariable(sOld, sNew))
-            return false;
-    }
-    storeControl(*project(), check);
-    return writeCode();
-}
-
-bool CProjectCommands::removeControl(unsigned uControlId)
-{
-    if (!requireProject(NO_PROJECT))
-        return false;
-    if (!findControlSlots(uControlId) || !project()->m_UIControlList.remove(uControlId)) {
-        m_dialogs.showMessage(formatted("There is no control with the id %u.", uControlId));
-        return false;
-    }
-    return writeCode();
-}
-
-// In the sources of the user; their earlier texts go into the history.
-bool CProjectCommands::renameVariable(const std::string& sFrom, const std::string& sTo)
-{
-    if (ICompilerAccess* pEditor = editorAccess())
-        pEditor->saveAll();
-    CProjectHistory history(project()->folder());
-    const std::string sReason = "Rename " + sFrom + " to " + sTo;
-    for (const auto& file : {project()->headerPath(), project()->sourcePath()}) {
-        std::string sText;
-        constexpr int RETRIES = 20;
-        if (!readFileToString(file, sText, true, RETRIES, true)) {
-            m_dialogs.showMessage("The file " + file.string() +
-                                  " can not be read. Nothing was renamed in it.");
-            return false;
-        }
-        if (renameIdentifier(sText, sFrom, sTo) == 0)
-            continue;
-        if (!history.keep(file, sReason) || !writeStringToFile(file, sText)) {
-            m_dialogs.showMessage("The file " + file.string() + " can not be changed: " +
-                                  (history.error().empty() ? "it can not be written" : history.error()) +
-                                  ".");
-            return false;
-        }
-    }
-    return true;
-}
-
-bool CProjectCommands::addUserVariable(const CUserVariableRequest& request)
-{
-    if (!requireProject(NO_PROJECT))
-        return false;
-    const std::string sRefusal = checkUserVariable(*project(), request);
-    if (!sRefusal.empty()) {
-        m_dialogs.showMessage(sRefusal);
-        return false;
-    }
-    project()->m_UIControlList.append(makeUserVariable(*project(), request));
-    m_dialogs.note(USER_VARIABLE_ADDED);
-    return writeCode();
-}
-
-bool CProjectCommands::removeUserVariable(std::string_view sName)
-{
-    if (!requireProject(NO_PROJECT))
-        return false;
-    for (const CUICtrl* pControl : controlsOf(project()->m_UIControlList)) {
-        if (pControl->uControlId < FIRST_USER_VARIABLE_ID || sName != pControl->cVariableName)
-            continue;
-        project()->m_UIControlList.remove(pControl->uControlId);
-        m_dialogs.note(USER_VARIABLE_REMOVED);
-        return writeCode();
-    }
-    m_dialogs.showMessage("There is no user-variable named " + std::string(sName) + ".");
-    return false;
-}
 
 bool CProjectCommands::writeCode()
 {
-    return requireProject(NO_PROJECT) && writeRegions(editorAccess());
+    return requireProject(PROJECT_NEEDED) && writeRegions(editorAccess());
 }
 
 // The project is saved also when the sources could not be written, so that the edit itself is not lost.
@@ -366,138 +318,12 @@ bool CProjectCommands::saveOpenProject()
 }
 
 // ------------------------------------------------------------------------------------------------
-// Rebuild and reload
-// ------------------------------------------------------------------------------------------------
-
-CRebuildResult CProjectCommands::rebuild(const CRebuildOptions& options)
-{
-    CRebuildResult result;
-    if (!prepareBuild(result, options))
-        return result;
-    result.m_build = toolchain().waitForBuild(options.m_dDeadlineSeconds, options.m_pProgress);
-    if (result.m_build.m_eState == EBuildState::succeeded && options.m_bLoad)
-        loadResult(result, options);
-    return result;
-}
-
-// A compiler that was just started takes seconds until its window is there.
-bool CProjectCommands::waitForCompiler(CRebuildResult& result, const CRebuildOptions& options)
-{
-    IToolchain& compiler = toolchain();
-    for (double dWaited = 0.0; !compiler.waitForWindow(*project(), START_POLL_SECONDS);
-         dWaited += START_POLL_SECONDS) {
-        const bool bGoOn = !options.m_pProgress || options.m_pProgress->report(0.0);
-        const bool bGone = compiler.state(*project()) == ECompilerState::notFound;
-        if (bGoOn && !bGone && dWaited <= START_DEADLINE_SECONDS)
-            continue;
-        result.m_build.m_bCancelled = !bGoOn;
-        const std::string sReason = compiler.lastError();
-        m_dialogs.showMessage(sReason.empty() ? COMPILER_NOT_FOUND : sReason);
-        return false;
-    }
-    return true;
-}
-
-bool CProjectCommands::prepareBuild(CRebuildResult& result, const CRebuildOptions& options)
-{
-    if (!requireProject(NO_BUILT_PROJECT))
-        return false;
-    IToolchain& compiler = toolchain();
-    if (const std::string sReason = compiler.unavailableReason(); !sReason.empty()) {
-        m_dialogs.showMessage(sReason);
-        return false;
-    }
-    if (compiler.state(*project()) == ECompilerState::notFound) {
-        m_dialogs.note(COMPILER_NOT_FOUND);
-        if (!compiler.makeAvailable(*project()))
-            return false;
-    }
-    if (!waitForCompiler(result, options))
-        return false;
-    if (const CLoadedPlugIn* pOld = m_document.plugInLoader().current())
-        m_keptValues = CControlValues(*pOld->plugIn());
-    if (options.m_bUnloadFirst)
-        unloadPlugIn();
-
-    const CStopwatch writing;
-    if (!writeRegions(&compiler))
-        return false;
-    result.m_dWriteSeconds = writing.seconds();
-
-    describeForEditors();
-    deleteBuildResults(compiler.compilerId(), *project());
-    if (compiler.rebuild(*project()))
-        return true;
-    const std::string sReason = compiler.lastError();
-    m_dialogs.showMessage(sReason.empty() ? "The compiler could not be asked to rebuild." : sReason);
-    return false;
-}
-
-// What a language server needs to know to read the project's sources.
-void CProjectCommands::describeForEditors()
-{
-    static const std::vector<std::string> FLAGS = {"-std=c++20", "-fPIC", "-fvisibility=hidden", "-Wall",
-                                                   "-Wextra"};
-    if (writeCompileCommands(project()->folder(), "c++", FLAGS))
-        m_changedFiles.push_back(project()->folder() / "compile_commands.json");
-}
-
-void CProjectCommands::loadResult(CRebuildResult& result, const CRebuildOptions& options)
-{
-    const CStopwatch loading;
-    CPlugInLoader& loader = m_document.plugInLoader();
-    const bool bKeepValues =
-        !options.m_bStartFromInitialValues && !m_document.preferences().isOn(START_FROM_INITIAL_VALUES);
-    if (!loadLibrary(result.m_build.m_library, bKeepValues ? m_keptValues : CControlValues()))
-        return;
-    result.m_bLoaded = true;
-    result.m_changes = loader.changes();
-    result.m_sBuildId = loader.current()->library()->buildId();
-    m_keptValues = {};
-    if (result.m_sBuildId != buildIdOfFile(result.m_build.m_library))
-        m_dialogs.note("The code in memory is not the one in " + result.m_build.m_library.string() +
-                       "; it may have been rebuilt meanwhile. Load it again.");
-    result.m_dLoadSeconds = loading.seconds();
-}
-
-bool CProjectCommands::loadBuiltPlugIn()
-{
-    if (!requireProject(NO_BUILT_PROJECT))
-        return false;
-    return loadLibrary(builtLibrary(), {});
-}
-
-// The values that the plug-in was made with are the factory preset, whatever it is given afterwards.
-bool CProjectCommands::loadLibrary(const std::filesystem::path& library, CControlValues values)
-{
-    CPlugInLoader& loader = m_document.plugInLoader();
-    std::string sFactoryPreset;
-    loader.carryOver(std::move(values), [&sFactoryPreset](CPlugIn& plugIn) {
-        sFactoryPreset = presetText(plugIn, FACTORY_PRESET_NAME);
-    });
-    if (!loader.loadPlugin(library, m_document.transport().hasAudioThread()))
-        return false;
-    static_cast<void>(CPresetFolder(project()->folder()).setUp(sFactoryPreset, m_dialogs));
-    return true;
-}
-
-void CProjectCommands::unloadPlugIn()
-{
-    CPlugInLoader& loader = m_document.plugInLoader();
-    if (!loader.current())
-        return;
-    m_keptValues = CControlValues(*loader.current()->plugIn());
-    m_document.transport().close();
-    loader.unloadPlugin(!loader.isPlugInLoaded()); // one of the list stays there
-}
-
-// ------------------------------------------------------------------------------------------------
 // Presets
 // ------------------------------------------------------------------------------------------------
 
 bool CProjectCommands::savePreset(const std::string& sName)
 {
-    if (!requireProject(NO_PROJECT) || !requirePlugIn())
+    if (!requireProject(PROJECT_NEEDED) || !requirePlugIn())
         return false;
     CPresetFolder presets(project()->folder());
     presets.loadPresetNames();
@@ -506,7 +332,7 @@ bool CProjectCommands::savePreset(const std::string& sName)
 
 bool CProjectCommands::loadPreset(const std::string& sName)
 {
-    if (!requireProject(NO_PROJECT) || !requirePlugIn())
+    if (!requireProject(PROJECT_NEEDED) || !requirePlugIn())
         return false;
     CPresetFolder presets(project()->folder());
     presets.loadPresetNames();
@@ -520,7 +346,7 @@ bool CProjectCommands::loadPreset(const std::string& sName)
 
 bool CProjectCommands::deletePreset(const std::string& sName)
 {
-    if (!requireProject(NO_PROJECT))
+    if (!requireProject(PROJECT_NEEDED))
         return false;
     CPresetFolder presets(project()->folder());
     presets.loadPresetNames();

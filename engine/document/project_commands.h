@@ -1,10 +1,14 @@
 #pragma once
 
 #include "document/control_values.h"
+#include "document/edit_history.h"
+#include "document/project_lock.h"
 #include "document/toolchain_choice.h"
+#include "project/assignable_buttons.h"
 #include "project/codegen/project_environment.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,13 +25,17 @@ struct CNewProjectRequest;
 struct CProjectCopyRequest;
 struct CUserVariableRequest;
 
+// What commands answer without a project, and those that need a built one.
+inline constexpr const char* PROJECT_NEEDED = "Open or Create a new Project first!";
+inline constexpr const char* BUILT_PROJECT_NEEDED = "Open an existing, compiled Project first!";
+
 struct CRebuildOptions
 {
     bool m_bLoad = true;                    // load the library when the build has succeeded
     bool m_bUnloadFirst = true;             // false: the old plug-in plays on until the new one is ready
     bool m_bStartFromInitialValues = false; // false: carry the controls' values over by variable name
     double m_dDeadlineSeconds = 600.0;      // for the build
-    IProgress* m_pProgress = nullptr;
+    IProgress* m_pProgress = nullptr;       // asked about a hundred times a second; false stops the rebuild
 };
 
 struct CRebuildResult
@@ -41,8 +49,10 @@ struct CRebuildResult
 };
 
 // The commands of the open project: each does its steps in their fixed order and tells the user what went
-// wrong. An edit replaces the record, rewrites the source and saves the project. Where a command answers
-// bool, false means that it failed or was refused and that a message said why. [main]
+// wrong. An edit replaces the record, rewrites the source and saves the project; edits of the panel can be
+// taken back. Where a command answers bool, false means that it failed or was refused and that a message said
+// why. A long wait goes through base/patience.h; a command that is called from inside one is refused with a
+// note. [main]
 class CProjectCommands
 {
   public:
@@ -52,6 +62,9 @@ class CProjectCommands
 
     CProjectCommands(const CProjectCommands&) = delete;
     CProjectCommands& operator=(const CProjectCommands&) = delete;
+
+    // A rebuild is under way, or a wait of a command: commands are refused until it ends.
+    [[nodiscard]] bool isBusy() const;
 
     // The open project; null for none.
     [[nodiscard]] CDSPProject* project() const;
@@ -64,6 +77,10 @@ class CProjectCommands
     // a window of its own, whose edits work on what is on disc.
     void setEditsThroughCompiler(bool bOn) { m_bEditsThroughCompiler = bOn; }
 
+    // Has the open project kept from other programs, as a program with a window does: one that is open there
+    // cannot be opened here. Off by default.
+    void setHoldsProject(bool bOn);
+
     // New Project: checks, creates the folder, and makes the project the open one.
     bool newProject(const CNewProjectRequest& request);
 
@@ -74,13 +91,44 @@ class CProjectCommands
     // Reads a project and makes it the open one. No file is changed.
     bool loadProject(const std::filesystem::path& file);
 
-    // Open Project: reads it, then repairs and updates what has become stale around it.
+    // Open Project: reads it, then repairs and updates what has become stale around it. findRecovery() tells
+    // beforehand whether an autosave is to be offered.
     bool openProject(const std::filesystem::path& file);
+
+    // Saves what was not saved yet, unloads the plug-in and leaves no project open. What cannot be saved
+    // stays as an autosave. False only while the commands are busy.
+    bool closeProject();
+
+    // Saves the project as it is; the sources stay.
+    bool save();
 
     // What OK of a slot's property dialog does: checks the record, asks where the checks ask, stores it,
     // and on a rename offers to change the sources. bNew says that the slot must be free, else taken.
     bool acceptControl(const CControlEdit& edit, bool bNew);
     bool removeControl(unsigned uControlId);
+
+    // OK of the Assignable Button Setup.
+    bool setAssignableButtons(const CAssignableButtons& buttons);
+
+    // Swaps an item of the alpha wheel with its neighbour. False, without a message, for the first one upward
+    // (bUp) and the last one downward.
+    bool moveAlphaWheelItem(unsigned uControlId, bool bUp);
+
+    // Gives all controls of a menu group another one; an empty sTo takes them out of it. False, without a
+    // message, if no control is in the group.
+    bool renameMenuGroup(std::string_view sFrom, std::string_view sTo);
+
+    // An edit of the panel that has no command of its own, such as the track pad's choice: change alters the
+    // project and answers false if there is nothing to be done; then nothing is written. sLabel reads behind
+    // "Undo ".
+    bool editPanel(const std::string& sLabel, const std::function<bool(CDSPProject&)>& change);
+
+    // The panel's edits since the project was opened, and taking the last one back or making it again. Where
+    // a variable was renamed in the sources, too, the same question is asked as for the rename. False,
+    // without a message, if there is nothing to be taken back or made again.
+    [[nodiscard]] const CEditHistory& edits() const { return m_edits; }
+    bool undo();
+    bool redo();
 
     bool addUserVariable(const CUserVariableRequest& request);
     bool removeUserVariable(std::string_view sName);
@@ -101,7 +149,13 @@ class CProjectCommands
     bool saveAs(const CProjectCopyRequest& request);
     bool clearProject();
     bool importControls(const std::filesystem::path& otherProject);
-    bool synchronizeCode();
+
+    // Synchronize Code. showStrip, if given, is told of the status strip's two texts.
+    using CStripTexts = std::function<void(std::string_view sLabel, std::string_view sText)>;
+    bool synchronizeCode(const CStripTexts& showStrip = {});
+
+    // Called when Synchronize Code puts the vector joystick back to its centre.
+    std::function<void()> m_onJoystickReset;
 
     // Presets of the open project, on the loaded plug-in.
     bool savePreset(const std::string& sName);
@@ -120,22 +174,36 @@ class CProjectCommands
 
   private:
     [[nodiscard]] ICompilerAccess* editorAccess();
+    [[nodiscard]] bool begin();
+    [[nodiscard]] bool lockProject(const std::filesystem::path& file, CProjectLock& lock);
+    void leaveProject();
+    void takeProject(std::unique_ptr<CDSPProject> pProject, CProjectLock lock);
     bool requireProject(const char* pMessage);
     bool requirePlugIn();
     bool writeRegions(ICompilerAccess* pEditor);
     bool saveOpenProject();
     bool renameVariable(const std::string& sFrom, const std::string& sTo);
     bool prepareBuild(CRebuildResult& result, const CRebuildOptions& options);
+    static bool goesOn(CRebuildResult& result, const CRebuildOptions& options);
     bool waitForCompiler(CRebuildResult& result, const CRebuildOptions& options);
     void loadResult(CRebuildResult& result, const CRebuildOptions& options);
     bool loadLibrary(const std::filesystem::path& library, CControlValues values);
     void describeForEditors();
+    bool finishEdit();
+    bool replay(bool bUndo);
+    void replaceDocument(const CPanelEdit& edit, bool bUndo);
+    void takeOutPlugIn();
+    void resetJoystick();
 
     CTonboxDoc& m_document;
     IUserDialogs& m_dialogs;
     std::filesystem::path m_baseClassFolder;
     CToolchainChoice m_compilers;
     bool m_bEditsThroughCompiler = false;
+    bool m_bHoldsProject = false;
+    bool m_bRebuilding = false;
+    CProjectLock m_lock;
+    CEditHistory m_edits;
     CControlValues m_keptValues; // of the plug-in that was unloaded
     std::vector<std::filesystem::path> m_changedFiles;
 };

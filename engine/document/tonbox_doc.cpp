@@ -162,7 +162,9 @@ void CTonboxDoc::setProject(std::unique_ptr<CDSPProject> pProject)
 {
     if (m_transport.state() == TRANSPORT_SOUND_IN)
         m_transport.stopSoundIn();
+    m_autosave.setProject(nullptr);
     m_pProject = std::move(pProject);
+    m_autosave.setProject(m_pProject.get());
     if (m_pProject && !m_pProject->m_sSidechainFile.empty()) {
         if (m_streams.isOpen(STREAM_WAVE)) // running or paused, it reads the sidechain
             m_transport.onStop();
@@ -173,6 +175,7 @@ void CTonboxDoc::setProject(std::unique_ptr<CDSPProject> pProject)
 
 void CTonboxDoc::projectChanged(bool bSaved)
 {
+    m_autosave.projectChanged(bSaved);
     if (!m_pProject)
         m_crashRecorder.clearProject();
     else if (!m_crashRecorder.setProject(m_pProject->m_sProjectFile, projectBytes(*m_pProject), bSaved))
@@ -183,6 +186,7 @@ void CTonboxDoc::OnCloseDocument()
 {
     m_transport.close();
     m_engine.m_bBypass = true;
+    m_autosave.setProject(nullptr);
 }
 
 } // namespace velmora

@@ -8,6 +8,7 @@
 #include "audio/transport.h"
 #include "audio/transport_state.h"
 #include "audio/wave_stream.h"
+#include "document/autosave.h"
 #include "document/crash_recorder.h"
 #include "document/plugin_loader.h"
 #include "dsp/modules/oscillator.h"
@@ -79,8 +80,8 @@ class CTonboxDoc
     [[nodiscard]] CDSPProject* project() const { return m_pProject.get(); }
     void setProject(std::unique_ptr<CDSPProject> pProject);
 
-    // To be called when the open project was changed or saved: what would be rescued in a crash is this state
-    // of it.
+    // To be called when the open project was changed or saved: what would be rescued in a crash, and what the
+    // next autosave holds, is this state of it.
     void projectChanged(bool bSaved);
 
     [[nodiscard]] CPreferences& preferences() { return m_preferences; }
@@ -97,6 +98,7 @@ class CTonboxDoc
     [[nodiscard]] COscillator& oscillator() { return m_oscillator; }
     [[nodiscard]] CModuleList& modules() { return m_modules; }
     [[nodiscard]] CCrashRecorder& crashRecorder() { return m_crashRecorder; }
+    [[nodiscard]] CAutosave& autosave() { return m_autosave; }
 
     // What the filter was last told about the audio.
     [[nodiscard]] CAudioFormat& format() { return m_format; }
@@ -136,6 +138,7 @@ class CTonboxDoc
     COfflineProcessing m_offlineProcessing;
     CPlugInLoader m_plugInLoader;
     std::unique_ptr<CDSPProject> m_pProject;
+    CAutosave m_autosave{m_dialogs};
 };
 
 } // namespace velmora

@@ -1,5 +1,6 @@
 #include "host/plugin_probe_process.h"
 
+#include "base/patience.h"
 #include "host/plugin_library_copy.h"
 #include "host/probe_protocol.h"
 
@@ -20,6 +21,9 @@ namespace {
 
 // How often a death is looked for where the system has no descriptor that tells of it.
 constexpr std::chrono::milliseconds DEATH_POLL{20};
+
+// How long the thread that serves a window looks away from it.
+constexpr std::chrono::milliseconds PATIENT_POLL{10};
 
 // The child's descriptors: the pipe, three streams that lead nowhere, nothing else.
 class CFileActions
@@ -171,8 +175,12 @@ bool CPlugInProbeProcess::waitForEvent(CTime deadline) const
     auto wait = std::chrono::ceil<milliseconds>(deadline - now);
     if (m_process.get() < 0)
         wait = std::min(wait, DEATH_POLL);
+    if (isPatient())
+        wait = std::min(wait, PATIENT_POLL);
     std::array<pollfd, 2> watched{{{m_pipe.get(), POLLIN, 0}, {m_process.get(), POLLIN, 0}}};
     ::poll(watched.data(), watched.size(), static_cast<int>(std::min(wait, milliseconds(3600000)).count()));
+    if (isPatient())
+        static_cast<void>(waitPatiently(milliseconds::zero())); // the deadline ends it, nothing else
     return true;
 }
 

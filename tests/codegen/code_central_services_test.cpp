@@ -261,14 +261,19 @@ TEST(CodeCentralServices, AnswersOddSourcesAsDescribed)
             sMessage.replace(uPath, 4, (code.m_folder / "Gain").string());
         EXPECT_THAT(code.m_dialogs.m_messages, ElementsAre(sMessage));
         EXPECT_EQ(code.m_services.written().size(), test.m_uWritten);
-        EXPECT_TRUE(code.m_waits.empty());
+        EXPECT_TRUE(code.m_patience.m_waits.empty());
     }
 
-    // A begin marker that is missing, or quoted ahead of the real one, costs the text in between: the history
-    // has it.
+    // A begin marker that is missing, or quoted ahead of the real one, costs the text in between: it is asked
+    // first, and the history has it.
     for (const std::string sSource :
          {"// the first lines\nint n;\n", "// see **--0x07FD--**\nint n;\n**--0x07FD--**"}) {
         CCodeProject code(sSource + "**--0x1A7F--** rest", sRegions);
+        EXPECT_FALSE(code.write());
+        EXPECT_EQ(code.header(), sSource + "**--0x1A7F--** rest");
+        EXPECT_EQ(code.source(), sRegions);
+        EXPECT_THAT(code.m_dialogs.m_questions, ElementsAre(testing::HasSubstr("the mark **--0x07FD--** ")));
+        code.m_dialogs.m_bAnswer = true;
         ASSERT_TRUE(code.write());
         EXPECT_EQ(code.header().substr(0, 6), sSource.substr(0, 6));
         EXPECT_TRUE(code.header().ends_with("\n\t// **--0x1A7F--** rest"));

@@ -2,6 +2,7 @@
 
 #include "project/codegen/code_central_services.h"
 #include "project/dsp_project.h"
+#include "support/recording_patience.h"
 #include "support/test_support.h"
 
 #include <string>
@@ -46,9 +47,8 @@ struct CCodeProject
     CTemporaryFolder m_folder;
     CDSPProject m_project;
     CRecordingDialogs m_dialogs;
-    std::vector<std::chrono::milliseconds> m_waits;
-    CCodeCentralServices m_services{nullptr, m_dialogs,
-                                    [this](std::chrono::milliseconds wait) { m_waits.push_back(wait); }};
+    CRecordingPatience m_patience;
+    CCodeCentralServices m_services{nullptr, m_dialogs};
 };
 
 } // namespace velmora::test

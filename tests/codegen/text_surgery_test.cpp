@@ -1,6 +1,7 @@
 #include "base/platform_file_read.h"
 #include "project/codegen/code_markers.h"
 #include "project/codegen/text_surgery.h"
+#include "support/recording_patience.h"
 #include "support/test_support.h"
 
 #include <fcntl.h>
@@ -15,18 +16,19 @@ namespace {
 TEST(TextSurgery, ReadsMissingAndOddFiles)
 {
     const test::CTemporaryFolder folder;
-    const auto fail = [](std::chrono::milliseconds) { FAIL() << "nothing to wait for"; };
+    test::CRecordingPatience patience;
+    patience.m_during = [] { ADD_FAILURE() << "nothing to wait for"; };
     std::string sText = "old";
-    EXPECT_TRUE(readFileToString(folder / "absent", sText, true, 20, true, fail));
+    EXPECT_TRUE(readFileToString(folder / "absent", sText, true, 20, true));
     EXPECT_EQ(sText, "");
     EXPECT_FALSE(fileExists(folder / "absent"));
-    EXPECT_TRUE(readFileToString(folder / "made", sText, true, 5, false, fail));
+    EXPECT_TRUE(readFileToString(folder / "made", sText, true, 5, false));
     EXPECT_TRUE(fileExists(folder / "made"));
-    EXPECT_FALSE(readFileToString(folder.path(), sText, true, 20, false, fail));
+    EXPECT_FALSE(readFileToString(folder.path(), sText, true, 20, false));
 
     const std::string sOdd = std::string("\xEF\xBB\xBF a\r\nb\n\0c", 11) + std::string(100000, 'x');
     EXPECT_TRUE(writeStringToFile(folder / "odd", sOdd));
-    EXPECT_TRUE(readFileToString(folder / "odd", sText, true, 20, true, fail));
+    EXPECT_TRUE(readFileToString(folder / "odd", sText, true, 20, true));
     EXPECT_EQ(sText, sOdd);
     EXPECT_FALSE(writeStringToFile(folder / "no" / "folder", sOdd));
 }
@@ -43,20 +45,26 @@ TEST(TextSurgery, WaitsForALockedFile)
             struct flock lock = {};
             lock.l_type = F_WRLCK;
             ASSERT_EQ(bRecordLock ? ::fcntl(nFile, F_OFD_SETLK, &lock) : ::flock(nFile, LOCK_EX), 0);
-            int nWaits = 0;
-            const auto sleep = [&](std::chrono::milliseconds wait) {
-                EXPECT_EQ(wait.count(), 2500);
-                if (++nWaits == nHeld)
+            test::CRecordingPatience patience;
+            const auto waits = [&] { return static_cast<int>(patience.m_waits.size()); };
+            patience.m_during = [&] {
+                EXPECT_EQ(patience.m_waits.back().count(), 2500);
+                EXPECT_THAT(patience.m_reasons.back(), testing::HasSubstr(path.string()));
+                if (waits() == nHeld)
                     ::close(std::exchange(nFile, -1));
             };
             std::string sText;
-            EXPECT_EQ(readFileToString(path, sText, true, 5, true, sleep), nHeld == 3);
+            EXPECT_EQ(readFileToString(path, sText, true, 5, true), nHeld == 3);
             EXPECT_EQ(sText, nHeld == 3 ? "text" : "");
-            EXPECT_EQ(nWaits, nHeld == 3 ? 3 : 5);
+            EXPECT_EQ(waits(), nHeld == 3 ? 3 : 5);
             if (nFile >= 0) {
                 EXPECT_EQ(readFileUnlessLocked(path, sText), EFileRead::locked);
-                EXPECT_FALSE(readFileToString(path, sText, false, 5, true, sleep));
-                EXPECT_EQ(nWaits, 5);
+                EXPECT_FALSE(readFileToString(path, sText, false, 5, true));
+                EXPECT_EQ(waits(), 5);
+                patience.m_during = {};
+                patience.m_uGivesUpAt = 7; // the second of the next waits
+                EXPECT_FALSE(readFileToString(path, sText, true, 5, true));
+                EXPECT_EQ(waits(), 7);
                 ::close(nFile);
             }
         }

@@ -1,4 +1,5 @@
 #include "compiler/recording_window_system.h"
+#include "project/compiler/compiler_strip.h"
 #include "project/compiler/status_strip.h"
 #include "project/dsp_project.h"
 #include "support/test_support.h"
@@ -99,10 +100,9 @@ class StatusStrip : public testing::Test
     std::vector<std::string> m_calls;
     CToolchainDouble m_toolchain{m_calls, 4001};
     CStripWindowDouble m_window{m_calls};
-    CRecordingWindowSystem m_clock;
     CRecordingDialogs m_dialogs;
     CDSPProject m_project;
-    CStatusStrip m_strip{m_toolchain, m_clock, m_dialogs, m_window};
+    CStatusStrip m_strip{m_toolchain, m_dialogs, m_window};
 };
 
 TEST_F(StatusStrip, ShowsTheStateWhileTheCompilerStarts)
@@ -149,9 +149,11 @@ TEST_F(StatusStrip, RebuildsAndShowsTheResult)
     m_strip.tickBuild(); // late: its timer is dead
     EXPECT_THAT(take(), IsEmpty());
     m_strip.tickState(); // lets the result be read
-    EXPECT_NEAR(m_clock.m_dSeconds, 1001.2, 1e-9);
+    EXPECT_THAT(take(), ElementsAre("set 0 1200"));
     m_strip.tickState();
-    EXPECT_NEAR(m_clock.m_dSeconds, 1001.2, 1e-9);
+    EXPECT_THAT(take(), ElementsAre("set 0 1000", "[compiler|Ready]", "focus"));
+    m_strip.tickState();
+    EXPECT_THAT(take(), ElementsAre("[compiler|Ready]"));
 
     ASSERT_TRUE(m_strip.rebuild(&m_project));
     take();
@@ -170,6 +172,39 @@ TEST_F(StatusStrip, RebuildsAndShowsTheResult)
     take();
     m_strip.closeProject();
     EXPECT_THAT(take(), ElementsAre("kill 5", "kill 0"));
+}
+
+TEST(CompilerStrip, TellsWhatToDoWithEachEvent)
+{
+    const struct
+    {
+        EStripEvent m_eEvent;
+        std::string m_sShown; // behind "Rebuild|Failed"
+        CStripEffects m_effects;
+    } CASES[] = {
+        {EStripEvent::starting, "compiler|Starting -", {}},
+        {EStripEvent::ready, "compiler|Ready", {.m_bTakeFocus = true}},
+        {EStripEvent::running, "compiler|", {.m_bKillBuildTimerIfLoaded = true}},
+        {EStripEvent::debugging, "compiler|", {.m_bKillBuildTimerIfLoaded = true}},
+        {EStripEvent::notFound, "compiler|not found", {.m_bKillBuildTimer = true}},
+        {EStripEvent::dead, "compiler|Dead", {.m_bKillBuildTimer = true}},
+        {EStripEvent::building, "Gain|Building -", {}},
+        {EStripEvent::linking, "Gain|Linking", {}},
+        {EStripEvent::buildSucceeded,
+         "Rebuild|Succeeded!",
+         {.m_bKillBuildTimer = true, .m_bRestartStateTimer = true, .m_bLoadPlugIn = true}},
+        {EStripEvent::buildFailed,
+         "Rebuild|Failed",
+         {.m_bKillBuildTimer = true, .m_bRestartStateTimer = true}},
+    };
+    for (const auto& test : CASES) {
+        CCompilerStrip strip;
+        strip.show("Rebuild", "Failed");
+        EXPECT_EQ(strip.hold().count(), 1200);
+        EXPECT_EQ(strip.post(test.m_eEvent, "Gain"), test.m_effects) << test.m_sShown;
+        EXPECT_EQ(strip.label() + "|" + strip.text(), test.m_sShown);
+        EXPECT_EQ(strip.hold().count(), test.m_sShown.starts_with("Rebuild") ? 1200 : 0);
+    }
 }
 
 TEST_F(StatusStrip, RefusesWithTheReason)
@@ -219,21 +254,25 @@ TEST_F(StatusStrip, AsksBeforeTheCompilerChanges)
 {
     CToolchainDouble other(m_calls, 4010);
     other.m_eState = ECompilerState::notFound;
-    EXPECT_FALSE(m_strip.changeCompiler(&m_project, other)); // the double answers with Cancel
+    EXPECT_FALSE(m_strip.changeCompiler(&m_project, other.compilerId(), [&]() -> IToolchain& {
+        return other;
+    })); // the double answers with Cancel
     ASSERT_EQ(m_dialogs.m_questions.size(), 1u);
     EXPECT_THAT(m_dialogs.m_questions[0], HasSubstr("FIRST and THEN choose OK"));
     EXPECT_THAT(take(), IsEmpty());
 
     m_dialogs.m_bAnswer = true;
     other.m_bStarts = false;
-    EXPECT_TRUE(m_strip.changeCompiler(&m_project, other));
+    EXPECT_TRUE(
+        m_strip.changeCompiler(&m_project, other.compilerId(), [&]() -> IToolchain& { return other; }));
     EXPECT_THAT(take(), ElementsAre("linker", "start"));
     EXPECT_THAT(m_dialogs.m_messages, ElementsAre(HasSubstr("Could not launch compiler. Is it installed?")));
 
     // Nothing runs that would have to be shut down.
-    EXPECT_TRUE(m_strip.changeCompiler(&m_project, m_toolchain));
+    EXPECT_TRUE(m_strip.changeCompiler(&m_project, m_toolchain.compilerId(),
+                                       [&]() -> IToolchain& { return m_toolchain; }));
     EXPECT_THAT(take(), ElementsAre("linker"));
-    EXPECT_TRUE(m_strip.changeCompiler(nullptr, other));
+    EXPECT_TRUE(m_strip.changeCompiler(nullptr, other.compilerId(), [&]() -> IToolchain& { return other; }));
     EXPECT_EQ(m_dialogs.m_questions.size(), 2u);
 }
 

@@ -15,12 +15,14 @@ TEST(CrashReportTest, TellsWhatHappenedWhereTheWorkIsAndWhatToDo)
                                       "thread: audio thread\naudio: running\nproject: /w/Echo.prj\n"
                                       "autosave: /w/Echo.prj.autosave\n");
     ASSERT_TRUE(report.has_value());
-    EXPECT_EQ(report->message(),
-              "Velmora ended unexpectedly while the plug-in \"Echo\" was processing audio (segmentation "
-              "fault).\n\nWhat was not saved yet of the project is in the file\n/w/Echo.prj.autosave\n"
-              "To go on with it, put it in the place of /w/Echo.prj, which is as it was last saved.\n\n"
-              "The plug-in's library is /p/Echo.so. Look for the fault in the plug-in's code, and build it "
-              "again before you load it.");
+    EXPECT_EQ(
+        report->message(),
+        "Velmora ended unexpectedly while the plug-in \"Echo\" was processing audio (segmentation "
+        "fault).\n\nWhat was not saved yet of the project is in the file\n/w/Echo.prj.autosave\n"
+        "To go on with it, open the project in Velmora's window, which offers it, or put the file in the "
+        "place of /w/Echo.prj, which is as it was last saved.\n\n"
+        "The plug-in's library is /p/Echo.so. Look for the fault in the plug-in's code, and build it "
+        "again before you load it.");
     EXPECT_TRUE(report->m_bAudioRan);
 
     report->m_sAutosave.clear();

@@ -8,6 +8,8 @@ class QApplication;
 
 namespace velmora {
 
+class CDesktopScheme;
+
 enum class EColourScheme
 {
     System,
@@ -52,7 +54,7 @@ class CTheme : public QObject
     [[nodiscard]] bool isDark() const;
     [[nodiscard]] const CThemeColours& colours() const;
 
-    // Gives the application our style, palette, font and style sheet, now and after each change.
+    // Gives the application our style, palette and font, now and after each change.
     void applyTo(QApplication& application);
 
     // The program's font at a factor of its ordinary size.
@@ -61,8 +63,8 @@ class CTheme : public QObject
     // The same with figures of equal width.
     [[nodiscard]] static QFont figures(double dFactor = 1.0);
 
-    static constexpr int SPACING = 8;    // between widgets, in logical pixels
-    static constexpr int MARGIN = 12;    // around a dialog's content
+    static constexpr int SPACING = 8;     // between widgets, in logical pixels
+    static constexpr int MARGIN = 12;     // around a dialog's content
     static constexpr double RADIUS = 4.0; // of rounded corners
 
   signals:
@@ -70,10 +72,15 @@ class CTheme : public QObject
 
   private:
     CTheme();
+    void judgePalette();
     void apply();
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
     EColourScheme m_eScheme = EColourScheme::System;
     QApplication* m_pApplication = nullptr;
+    CDesktopScheme* m_pDesktop;
+    bool m_bPaletteIsDark = false;
+    bool m_bApplying = false;
 };
 
 } // namespace velmora

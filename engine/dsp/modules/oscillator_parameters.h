@@ -27,7 +27,7 @@ inline constexpr std::array<CModuleParameter, OSCILLATOR_PARAMETER_COUNT> OSCILL
     {"Duty Cycle", "%", {50.0F, 1.0F, 99.0F}, {50.0F, 1.0F, 99.0F}, false},
     {"Amplitude", "dBFS", {-6.0F, -60.0F, 0.0F}, {-6.0F, -96.0F, 0.0F}, false},
     {"Sweep Period", "Sec", {20.0F, 2.0F, 60.0F}, {10.0F, 0.0F, 1.0F}, false},
-    {"Impulse Ht", "%", {1.0F, 0.0F, 1.0F}, {1.0F, 0.0F, 1.0F}, false},
+    {"Impulse Ht", "%", {1.0F, 0.0F, 1.0F}, {1.0F, 0.0F, 1.0F}, false, EModuleText::percent},
 }};
 
 } // namespace velmora

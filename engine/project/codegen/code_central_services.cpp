@@ -7,6 +7,7 @@
 #include "project/codegen/header_region.h"
 #include "project/codegen/init_ui_region.h"
 #include "project/codegen/project_history.h"
+#include "project/codegen/text_surgery.h"
 #include "project/control_list.h"
 #include "project/dsp_project.h"
 
@@ -51,15 +52,16 @@ std::string replaced(std::string sText, std::span<const CReplacement> replacemen
 
 } // namespace
 
-CCodeCentralServices::CCodeCentralServices(ICompilerAccess* pCompiler, IUserDialogs& dialogs,
-                                           CSleepFunction sleep)
-    : m_pCompiler(pCompiler), m_dialogs(dialogs), m_sleep(std::move(sleep))
+CCodeCentralServices::CCodeCentralServices(ICompilerAccess* pCompiler, IUserDialogs& dialogs)
+    : m_pCompiler(pCompiler), m_dialogs(dialogs)
 {
 }
 
 bool CCodeCentralServices::writeCodeRegions(CDSPProject* pProject)
 {
     if (!begin(pProject))
+        return false;
+    if (!mayWrite(*pProject))
         return false;
     CProjectHistory history(pProject->folder());
     if (!writeHeader(*pProject, history) || !writeSource(*pProject, history))
@@ -109,11 +111,34 @@ bool CCodeCentralServices::begin(CDSPProject* pProject)
     return true;
 }
 
+// Whether every region can be replaced without a loss, or the user agrees to it. A source that cannot be read
+// now is told by what follows.
+bool CCodeCentralServices::mayWrite(const CDSPProject& project)
+{
+    const std::pair<std::filesystem::path, CCodeRegion> REGIONS[] = {
+        {project.headerPath(), HEADER_REGION},
+        {project.sourcePath(), INIT_UI_REGION},
+        {project.sourcePath(), CONTROL_TABLE_REGION}};
+    for (const auto& [path, region] : REGIONS) {
+        std::string sText;
+        if (!readFileToString(path, sText, false, 0, true))
+            continue;
+        const auto fault = findRegionFault(sText, region);
+        if (fault && fault->m_bLosesText &&
+            !m_dialogs.askYesNo("In " + path.string() + " " + fault->m_sText +
+                                ". Writing the code now would take lines of your own away; the present text "
+                                "is kept in the project's history.\n\nDo you want the code to be written "
+                                "all the same?"))
+            return false;
+    }
+    return true;
+}
+
 // Shows the message if the file cannot be read or is empty.
 bool CCodeCentralServices::readSource(const std::filesystem::path& path, std::string& sText,
                                       const std::string& sMessage)
 {
-    if (readFileToString(path, sText, true, SOURCE_RETRIES, true, m_sleep) && !sText.empty())
+    if (readFileToString(path, sText, true, SOURCE_RETRIES, true) && !sText.empty())
         return true;
     m_dialogs.showMessage(sMessage);
     return false;

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "project/codegen/text_surgery.h"
-
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -20,13 +18,13 @@ class CCodeCentralServices
 {
   public:
     // pCompiler is the editor that may have the sources open; null where there is none, and then nobody is
-    // asked to save. sleep passes the time until a locked source is tried again.
-    CCodeCentralServices(ICompilerAccess* pCompiler, IUserDialogs& dialogs,
-                         CSleepFunction sleep = sleepOnThread);
+    // asked to save.
+    CCodeCentralServices(ICompilerAccess* pCompiler, IUserDialogs& dialogs);
 
     // Sorts the control list, then rewrites the region of the .h and the two of the .cpp. False, after a
     // message, if a source cannot be read or its markers are not in place; the files are then as far as they
-    // got. False at once for a null project.
+    // got. Where a write would take away text of the user's, because a marker is missing or stands twice, it
+    // asks first; with No nothing is written. False at once for a null project.
     bool writeCodeRegions(CDSPProject* pProject);
 
     // Gives the processing functions of a source made for an older contract their present names and
@@ -38,6 +36,7 @@ class CCodeCentralServices
 
   private:
     bool begin(CDSPProject* pProject);
+    bool mayWrite(const CDSPProject& project);
     bool readSource(const std::filesystem::path& path, std::string& sText, const std::string& sMessage);
     bool replaceSource(const std::filesystem::path& path, const std::string& sOld, const std::string& sNew,
                        const char* pReason, CProjectHistory& history);
@@ -46,7 +45,6 @@ class CCodeCentralServices
 
     ICompilerAccess* m_pCompiler;
     IUserDialogs& m_dialogs;
-    CSleepFunction m_sleep;
     std::vector<std::filesystem::path> m_written;
 };
 

@@ -3,7 +3,6 @@
 #include "project/codegen/text_surgery.h"
 
 #include <algorithm>
-#include <optional>
 #include <vector>
 
 namespace velmora {
@@ -58,6 +57,22 @@ std::ptrdiff_t surplusOfCarriageReturns(std::string_view sText)
 }
 
 } // namespace
+
+std::optional<CRegionFault> findRegionFault(std::string_view sText, const CCodeRegion& region)
+{
+    const std::string sBegin(region.m_sBegin), sEnd(region.m_sEnd);
+    const auto uBegin = sText.find(sBegin);
+    const auto uEnd = sText.find(sEnd);
+    if (uEnd == std::string_view::npos)
+        return CRegionFault{"the mark " + sEnd + " is missing"};
+    if (uBegin == std::string_view::npos)
+        return CRegionFault{"the mark " + sBegin + " is missing", true};
+    if (uEnd < uBegin)
+        return CRegionFault{"the mark " + sEnd + " stands too early"};
+    if (sText.substr(0, uEnd).rfind(sBegin) != uBegin)
+        return CRegionFault{"the mark " + sBegin + " stands twice", true};
+    return std::nullopt;
+}
 
 std::string_view prevailingLineEnd(std::string_view sText, std::initializer_list<CCodeRegion> regions)
 {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -34,6 +35,16 @@ inline constexpr std::array CODE_REGIONS{HEADER_REGION,     INIT_UI_REGION,    C
 // What no text inside a region may hold, so that it is not taken for a marker at the next write: the
 // beginnings of all markers without their comment leaders.
 inline constexpr std::array<std::string_view, 2> MARKER_BEGINNINGS{"**--0x", "-- 0xA"};
+
+// What is wrong with a region's markers in a text.
+struct CRegionFault
+{
+    std::string m_sText;       // reads behind the file's name: the mark **--0x07FD--** is missing
+    bool m_bLosesText = false; // replaceCodeRegion() would take away what it has not written; else it refuses
+};
+
+// None if both markers stand where they should, and the begin marker once ahead of the end.
+[[nodiscard]] std::optional<CRegionFault> findRegionFault(std::string_view sText, const CCodeRegion& region);
 
 // The line end that most lines outside the given regions have: "\r\n" or "\n".
 [[nodiscard]] std::string_view prevailingLineEnd(std::string_view sText,

@@ -61,34 +61,51 @@ float CNewProjectRequest::latency() const
     return std::isfinite(fSamples) ? fSamples : 0.0F;
 }
 
-bool checkProjectName(std::string_view sName, std::string& sSuggestion, IUserDialogs& dialogs)
+std::string projectNameRefusal(std::string_view sName)
 {
     if (isProjectNameValid(sName))
+        return {};
+    return "Invalid Project Name - the project name can not contain numbers, spaces, punctuation characters, "
+           "or symbols; suggest using " +
+           cleanedProjectName(sName) +
+           " instead.\n\nThis is because the Project Name is the name of a C++ class and there are "
+           "restrictions on class naming.";
+}
+
+bool checkProjectName(std::string_view sName, std::string& sSuggestion, IUserDialogs& dialogs)
+{
+    const std::string sRefusal = projectNameRefusal(sName);
+    if (sRefusal.empty())
         return true;
     sSuggestion = cleanedProjectName(sName);
-    return refuse(
-        dialogs, "Invalid Project Name - the project name can not contain numbers, spaces, punctuation "
-                 "characters, or symbols; suggest using " +
-                     sSuggestion +
-                     " instead.\n\nThis is because the Project Name is the name of a C++ class and there are "
-                     "restrictions on class naming.");
+    return refuse(dialogs, sRefusal);
+}
+
+std::vector<CNewProjectRefusal> newProjectRefusals(const CNewProjectRequest& request, bool bCreating)
+{
+    std::vector<CNewProjectRefusal> list;
+    const auto refuseIf = [&](bool bWrong, ENewProjectField eField, std::string sMessage) {
+        if (bWrong)
+            list.push_back({eField, std::move(sMessage)});
+    };
+    const std::string sNameRefusal = projectNameRefusal(request.m_sProjectName);
+    refuseIf(!sNameRefusal.empty(), ENewProjectField::Name, sNameRefusal);
+    refuseIf(!(request.latency() >= 0.0f), ENewProjectField::Latency, "Latency can not be less than zero.");
+    refuseIf(bCreating && fileExists(request.folder()), ENewProjectField::Name,
+             "This project already exists; delete it's folder first, or choose a different Project Name.");
+    refuseIf(request.m_sCompanyName.empty(), ENewProjectField::Company,
+             "Please enter a company name for VST/AU Exports.");
+    return list;
 }
 
 bool checkNewProject(CNewProjectRequest& request, bool bCreating, IUserDialogs& dialogs)
 {
-    std::string sSuggestion;
-    if (!checkProjectName(request.m_sProjectName, sSuggestion, dialogs)) {
-        request.setName(sSuggestion);
-        return false;
-    }
-    if (!(request.latency() >= 0.0f))
-        return refuse(dialogs, "Latency can not be less than zero.");
-    if (bCreating && fileExists(request.folder()))
-        return refuse(dialogs, "This project already exists; delete it's folder first, or choose a different "
-                               "Project Name.");
-    if (request.m_sCompanyName.empty())
-        return refuse(dialogs, "Please enter a company name for VST/AU Exports.");
-    return true;
+    const std::vector<CNewProjectRefusal> refusals = newProjectRefusals(request, bCreating);
+    if (refusals.empty())
+        return true;
+    if (!isProjectNameValid(request.m_sProjectName))
+        request.setName(cleanedProjectName(request.m_sProjectName));
+    return refuse(dialogs, refusals.front().m_sMessage);
 }
 
 bool checkVSTFiles(const CProjectEnvironment& environment, IUserDialogs& dialogs)

@@ -50,12 +50,33 @@ struct CNewProjectRequest
     [[nodiscard]] float latency() const; // in samples; 0 for what is no number
 };
 
-// What OK of the dialog checks, in its order; shows the first failure. An unusable name is replaced in the
-// request by the one that the message suggests. bCreating also asks that the folder is not there yet.
+// The fields of the dialog that its OK checks.
+enum class ENewProjectField
+{
+    Name,
+    Latency,
+    Company
+};
+
+struct CNewProjectRefusal
+{
+    ENewProjectField m_eField;
+    std::string m_sMessage;
+};
+
+// All that OK of the dialog would refuse, in the order of its checks. bCreating also asks that the folder is
+// not there yet.
+[[nodiscard]] std::vector<CNewProjectRefusal> newProjectRefusals(const CNewProjectRequest& request,
+                                                                 bool bCreating);
+
+// What OK of the dialog checks; shows the first failure. An unusable name is replaced in the
+// request by the one that the message suggests.
 [[nodiscard]] bool checkNewProject(CNewProjectRequest& request, bool bCreating, IUserDialogs& dialogs);
 
-// Whether the name can be a class and its files beside the contract's. Shows what is wrong, and answers
-// the suggested name in sSuggestion.
+// Why the name can not be a class and its files beside the contract's; empty if it can.
+[[nodiscard]] std::string projectNameRefusal(std::string_view sName);
+
+// Whether the name can be one. Shows what is wrong, and answers the suggested name in sSuggestion.
 [[nodiscard]] bool checkProjectName(std::string_view sName, std::string& sSuggestion, IUserDialogs& dialogs);
 
 // Whether the user's VSTFiles folder holds what VST compatibility needs; says what is missing.

@@ -240,31 +240,28 @@ class CProjectCopier
     std::vector<std::filesystem::path> m_changed;
 };
 
-bool checkCopyRequest(const CDSPProject& project, const CProjectCopyRequest& request, IUserDialogs& dialogs)
-{
-    std::string sMessage;
-    std::string sSuggestion;
-    if (request.m_sProjectName.empty())
-        sMessage = "New Project Name is empty!";
-    else if (request.m_sProjectName == project.m_sProjectName)
-        sMessage = "New Project Name must be different from curent Project Name!";
-    else if (!checkProjectName(request.m_sProjectName, sSuggestion, dialogs))
-        return false;
-    else if (fileExists(request.m_parentFolder / request.m_sProjectName))
-        sMessage = "This project directory already exists.";
-    if (!sMessage.empty())
-        dialogs.showMessage(sMessage);
-    return sMessage.empty();
-}
-
 } // namespace
+
+std::string checkProjectCopy(const CDSPProject& project, const CProjectCopyRequest& request)
+{
+    if (request.m_sProjectName.empty())
+        return "New Project Name is empty!";
+    if (request.m_sProjectName == project.m_sProjectName)
+        return "New Project Name must be different from curent Project Name!";
+    std::string sRefusal = projectNameRefusal(request.m_sProjectName);
+    if (sRefusal.empty() && fileExists(request.m_parentFolder / request.m_sProjectName))
+        sRefusal = "This project directory already exists.";
+    return sRefusal;
+}
 
 std::optional<std::filesystem::path> copyProject(CDSPProject& project, const CProjectCopyRequest& request,
                                                  const CProjectEnvironment& environment,
                                                  IUserDialogs& dialogs)
 {
-    if (!checkCopyRequest(project, request, dialogs))
+    if (const std::string sRefusal = checkProjectCopy(project, request); !sRefusal.empty()) {
+        dialogs.showMessage(sRefusal);
         return std::nullopt;
+    }
 
     CNewProjectRequest creation = requestOfProject(project, environment, dialogs);
     creation.setName(request.m_sProjectName);

@@ -19,6 +19,9 @@ struct CProjectCopyRequest
     bool m_bOmitVSTLibraries = false;     // "Omit VST/GUI Libraries"
 };
 
+// Why a project can not be copied so; empty if it can. [main]
+[[nodiscard]] std::string checkProjectCopy(const CDSPProject& project, const CProjectCopyRequest& request);
+
 // Save As: makes a project of the new name with the sources, compiler files and settings of this one, which
 // stays as it is. Build products and the history are not taken along. Answers the new .prj; none on
 // failure. What went wrong, or "Project saved!", has been shown. [main]

@@ -1,5 +1,6 @@
 #include "project/codegen/project_editing.h"
 
+#include "base/patience.h"
 #include "base/text.h"
 #include "base/user_dialogs.h"
 #include "project/codegen/added_files.h"
@@ -108,11 +109,12 @@ CNewProjectRequest requestOfProject(const CDSPProject& project, const CProjectEn
 
 bool editProject(CDSPProject& project, const CNewProjectRequest& request,
                  const CProjectEnvironment& environment, ICompilerAccess* pCompiler, IUserDialogs& dialogs,
-                 std::vector<std::filesystem::path>& changed, const CSleepFunction& sleep)
+                 std::vector<std::filesystem::path>& changed)
 {
     if (pCompiler) {
         pCompiler->saveAll();
-        sleep(SAVE_ALL_DELAY);
+        if (!waitPatiently(SAVE_ALL_DELAY, "Waiting until the compiler has saved its files."))
+            return false;
     }
     CNewProjectRequest own = request; // name and place are locked
     own.m_parentFolder = project.folder().parent_path();

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "project/codegen/text_surgery.h"
-
 #include <filesystem>
 #include <vector>
 
@@ -28,7 +26,6 @@ requestOfProject(const CDSPProject& project, const CProjectEnvironment& environm
 // changed. The caller saves the project and rewrites the code. [main]
 [[nodiscard]] bool editProject(CDSPProject& project, const CNewProjectRequest& request,
                                const CProjectEnvironment& environment, ICompilerAccess* pCompiler,
-                               IUserDialogs& dialogs, std::vector<std::filesystem::path>& changed,
-                               const CSleepFunction& sleep = sleepOnThread);
+                               IUserDialogs& dialogs, std::vector<std::filesystem::path>& changed);
 
 } // namespace velmora

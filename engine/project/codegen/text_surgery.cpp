@@ -1,10 +1,9 @@
 #include "project/codegen/text_surgery.h"
 
+#include "base/patience.h"
 #include "base/platform_file_read.h"
 #include "base/safe_file.h"
 #include "base/user_dialogs.h"
-
-#include <thread>
 
 namespace velmora {
 
@@ -15,17 +14,14 @@ constexpr std::string_view CANNOT_CONTINUE =
 
 } // namespace
 
-void sleepOnThread(std::chrono::milliseconds duration)
-{
-    std::this_thread::sleep_for(duration);
-}
-
 bool readFileToString(const std::filesystem::path& path, std::string& sText, bool bWait, int nRetries,
-                      bool bDontCreate, const CSleepFunction& sleep)
+                      bool bDontCreate)
 {
     EFileRead eRead = readFileUnlessLocked(path, sText);
     for (int nTry = 0; eRead == EFileRead::locked && bWait && nTry < nRetries; ++nTry) {
-        sleep(FILE_RETRY_DELAY);
+        const std::string sFor = "Waiting for " + path.string() + ", which another program has locked.";
+        if (!waitPatiently(FILE_RETRY_DELAY, sFor))
+            return false;
         eRead = readFileUnlessLocked(path, sText);
     }
     if (eRead == EFileRead::missing)

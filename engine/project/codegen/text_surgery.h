@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -13,20 +12,15 @@ class IUserDialogs;
 
 // The helpers of everything that changes source and project files as text. [main]
 
-// How a wait is passed: sleepOnThread() blocks; tests count instead.
-using CSleepFunction = std::function<void(std::chrono::milliseconds)>;
-void sleepOnThread(std::chrono::milliseconds duration);
-
-// How long a locked file is waited for between two tries.
+// How long a locked file is waited for between two tries (base/patience.h).
 inline constexpr std::chrono::milliseconds FILE_RETRY_DELAY{2500};
 
 // Reads a whole file byte for byte, carriage returns and a missing final line end included. A missing file is
 // made, empty, unless bDontCreate is set, and the answer is true with an empty text. A file that another
-// program has locked is, with bWait, tried again up to nRetries times; false if it stays locked or cannot be
-// read at all, the latter at once.
+// program has locked is, with bWait, tried again up to nRetries times; false if it stays locked, if the user
+// gives up, or if it cannot be read at all, the latter at once.
 [[nodiscard]] bool readFileToString(const std::filesystem::path& path, std::string& sText, bool bWait,
-                                    int nRetries, bool bDontCreate,
-                                    const CSleepFunction& sleep = sleepOnThread);
+                                    int nRetries, bool bDontCreate);
 
 // Puts the text in the file's place, whole or not at all. False if that cannot be done.
 [[nodiscard]] bool writeStringToFile(const std::filesystem::path& path, std::string_view sText);

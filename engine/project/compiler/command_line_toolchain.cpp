@@ -22,7 +22,7 @@ namespace {
 using CClock = std::chrono::steady_clock;
 using CSeconds = std::chrono::duration<double>;
 
-constexpr CSeconds PROGRESS_INTERVAL{0.05};
+constexpr CSeconds PROGRESS_INTERVAL{0.01};
 
 } // namespace
 

@@ -1,7 +1,6 @@
 #include "project/compiler/status_strip.h"
 
 #include "base/user_dialogs.h"
-#include "base/window_system.h"
 #include "project/compiler/compiler_table.h"
 #include "project/dsp_project.h"
 
@@ -9,11 +8,8 @@ namespace velmora {
 
 namespace {
 
-constexpr unsigned TICK_MILLISECONDS = 1000;
-constexpr double RESULT_SECONDS = 1.2; // that a result stays readable
-constexpr std::string_view ANIMATION = "-\\|/";
+constexpr unsigned TICK_MILLISECONDS = STRIP_INTERVAL.count();
 constexpr std::string_view COMPILER_LABEL = "compiler";
-constexpr std::string_view REBUILD_LABEL = "Rebuild";
 
 constexpr std::string_view NEEDS_PROJECT = "Open an existing, compiled Project first!";
 constexpr std::string_view COMPILER_NOT_FOUND =
@@ -51,9 +47,8 @@ bool isCommandLine(const IToolchain& toolchain)
 
 } // namespace
 
-CStatusStrip::CStatusStrip(IToolchain& toolchain, IWindowSystem& clock, IUserDialogs& dialogs,
-                           IStatusStripWindow& window)
-    : m_pToolchain(&toolchain), m_clock(clock), m_dialogs(dialogs), m_window(window)
+CStatusStrip::CStatusStrip(IToolchain& toolchain, IUserDialogs& dialogs, IStatusStripWindow& window)
+    : m_pToolchain(&toolchain), m_dialogs(dialogs), m_window(window)
 {
 }
 
@@ -124,19 +119,28 @@ bool CStatusStrip::toggleDebug(CDSPProject* pProject)
     return true;
 }
 
-bool CStatusStrip::changeCompiler(CDSPProject* pProject, IToolchain& newToolchain)
+bool CStatusStrip::changeCompiler(CDSPProject* pProject, int nCompilerId,
+                                  const std::function<IToolchain&()>& choose)
 {
-    const bool bDiffers = newToolchain.compilerId() != m_pToolchain->compilerId();
+    const bool bDiffers = nCompilerId != m_pToolchain->compilerId();
     const bool bAlive = pProject && bDiffers && !isCommandLine(*m_pToolchain) &&
                         m_pToolchain->state(*pProject) != ECompilerState::notFound;
     if (bAlive && !m_dialogs.askOKCancel(CHANGE_OF_COMPILER))
         return false;
-    m_pToolchain = &newToolchain;
+    m_pToolchain = &choose();
     if (pProject && bDiffers)
         m_window.updateLinkerSettings(*pProject);
     if (bAlive && !startCompiler(pProject))
         m_dialogs.showMessage(COULD_NOT_LAUNCH);
     return true;
+}
+
+void CStatusStrip::followProject(CDSPProject& project)
+{
+    m_pProject = &project;
+    m_bAlive = true;
+    tickState();
+    m_window.setTimer(EStripTimer::state, TICK_MILLISECONDS);
 }
 
 void CStatusStrip::closeProject()
@@ -150,8 +154,12 @@ void CStatusStrip::tickState()
 {
     if (!m_pProject)
         return;
-    if (m_sLabel == REBUILD_LABEL)
-        m_clock.sleep(RESULT_SECONDS);
+    const auto hold = static_cast<unsigned>(m_strip.hold().count());
+    m_bHeld = hold > 0 && !m_bHeld;
+    if (m_bHeld)
+        return m_window.setTimer(EStripTimer::state, hold);
+    if (hold > 0)
+        m_window.setTimer(EStripTimer::state, TICK_MILLISECONDS);
     if (!m_bAlive)
         post(EStripEvent::dead);
     const ECompilerState eState = m_pToolchain->state(*m_pProject);
@@ -173,56 +181,22 @@ void CStatusStrip::tickBuild()
 
 void CStatusStrip::post(EStripEvent eEvent)
 {
-    const std::string_view sProject = m_pProject ? std::string_view(m_pProject->m_sProjectName) : "";
-    switch (eEvent) {
-    case EStripEvent::starting:
-        return animate(COMPILER_LABEL, "Starting");
-    case EStripEvent::ready: {
-        const bool bNew = m_sText != "Ready";
-        show(COMPILER_LABEL, "Ready");
-        // Once: the user who works in the compiler keeps the focus there.
-        if (bNew)
-            m_window.takeFocus();
-        return;
-    }
-    case EStripEvent::running:
-    case EStripEvent::debugging:
-        show(COMPILER_LABEL, "");
-        if (m_window.isPlugInLoaded())
-            killBuildTimer();
-        return;
-    case EStripEvent::notFound:
-        show(COMPILER_LABEL, "not found");
-        return killBuildTimer();
-    case EStripEvent::dead:
-        show(COMPILER_LABEL, "Dead");
-        return killBuildTimer();
-    case EStripEvent::building:
-        return animate(sProject, "Building");
-    case EStripEvent::linking:
-        return show(sProject, "Linking");
-    case EStripEvent::buildSucceeded:
-        endBuild("Succeeded!");
-        return m_window.loadBuiltPlugIn(m_report);
-    case EStripEvent::buildFailed:
-        return endBuild("Failed");
-    }
+    const CStripEffects effects = m_strip.post(eEvent, m_pProject ? m_pProject->m_sProjectName : "");
+    if (effects.m_bKillBuildTimer || (effects.m_bKillBuildTimerIfLoaded && m_window.isPlugInLoaded()))
+        killBuildTimer();
+    m_window.showStatus(label(), text());
+    if (effects.m_bRestartStateTimer)
+        m_window.setTimer(EStripTimer::state, TICK_MILLISECONDS);
+    if (effects.m_bTakeFocus)
+        m_window.takeFocus();
+    if (effects.m_bLoadPlugIn)
+        m_window.loadBuiltPlugIn(m_report);
 }
 
 void CStatusStrip::show(std::string_view sLabel, std::string_view sText)
 {
-    m_sLabel = sLabel;
-    m_sText = sText;
-    m_window.showStatus(m_sLabel, m_sText);
-}
-
-void CStatusStrip::animate(std::string_view sLabel, std::string_view sWord)
-{
-    const std::string sBegin = std::string(sWord) + ' ';
-    std::size_t uStep = 0;
-    if (m_sText.size() == sBegin.size() + 1 && m_sText.starts_with(sBegin))
-        uStep = (ANIMATION.find(m_sText.back()) + 1) % ANIMATION.size();
-    show(sLabel, sBegin + ANIMATION[uStep]);
+    m_strip.show(sLabel, sText);
+    m_window.showStatus(label(), text());
 }
 
 void CStatusStrip::killBuildTimer()
@@ -230,13 +204,6 @@ void CStatusStrip::killBuildTimer()
     if (m_bBuildTimer)
         m_window.killTimer(EStripTimer::build);
     m_bBuildTimer = false;
-}
-
-void CStatusStrip::endBuild(std::string_view sText)
-{
-    killBuildTimer();
-    show(REBUILD_LABEL, sText);
-    m_window.setTimer(EStripTimer::state, TICK_MILLISECONDS);
 }
 
 } // namespace velmora

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "project/compiler/compiler_strip.h"
 #include "project/compiler/toolchain.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -9,27 +11,12 @@ namespace velmora {
 
 class CDSPProject;
 class IUserDialogs;
-class IWindowSystem;
 
 // The two timers of the status strip.
 enum class EStripTimer
 {
     state = 0, // tickState()
     build = 5  // tickBuild()
-};
-
-enum class EStripEvent
-{
-    starting,
-    ready,
-    running,
-    debugging,
-    notFound,
-    dead,
-    building,
-    linking, // nothing sends it yet
-    buildSucceeded,
-    buildFailed
 };
 
 // Port: the window that carries the status strip, or the console in its place. [main]
@@ -64,16 +51,19 @@ class IStatusStripWindow
 class CStatusStrip
 {
   public:
-    CStatusStrip(IToolchain& toolchain, IWindowSystem& clock, IUserDialogs& dialogs,
-                 IStatusStripWindow& window);
+    CStatusStrip(IToolchain& toolchain, IUserDialogs& dialogs, IStatusStripWindow& window);
 
     // The commands; pProject is null when no project is open. False if refused or failed.
     bool startCompiler(CDSPProject* pProject);
     bool rebuild(CDSPProject* pProject);
     bool toggleDebug(CDSPProject* pProject);
 
-    // The user chose another compiler. True if the choice stands; the strip works with newToolchain then.
-    bool changeCompiler(CDSPProject* pProject, IToolchain& newToolchain);
+    // The user chose another compiler. True if the choice stands; the strip works with what choose answers
+    // then, and the toolchain before may go.
+    bool changeCompiler(CDSPProject* pProject, int nCompilerId, const std::function<IToolchain&()>& choose);
+
+    // A project was opened: from now on its compiler's state is shown.
+    void followProject(CDSPProject& project);
 
     // The project is closed; the compiler stays.
     void closeProject();
@@ -83,26 +73,25 @@ class CStatusStrip
 
     void post(EStripEvent eEvent);
 
-    [[nodiscard]] const std::string& label() const { return m_sLabel; }
-    [[nodiscard]] const std::string& text() const { return m_sText; }
+    // The two texts of a command.
+    void show(std::string_view sLabel, std::string_view sText);
+
+    [[nodiscard]] const std::string& label() const { return m_strip.label(); }
+    [[nodiscard]] const std::string& text() const { return m_strip.text(); }
     [[nodiscard]] const CBuildReport& lastBuild() const { return m_report; }
 
   private:
-    void show(std::string_view sLabel, std::string_view sText);
-    void animate(std::string_view sLabel, std::string_view sWord);
     [[nodiscard]] bool hasProject(CDSPProject* pProject);
     void killBuildTimer();
-    void endBuild(std::string_view sText);
 
     IToolchain* m_pToolchain;
-    IWindowSystem& m_clock;
     IUserDialogs& m_dialogs;
     IStatusStripWindow& m_window;
     CDSPProject* m_pProject = nullptr;
-    std::string m_sLabel;
-    std::string m_sText;
+    CCompilerStrip m_strip;
     bool m_bAlive = false;
     bool m_bBuildTimer = false;
+    bool m_bHeld = false; // the state timer runs out the hold of a result
     bool m_bDebugging = false;
     CBuildReport m_report;
 };

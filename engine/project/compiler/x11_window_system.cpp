@@ -1,5 +1,6 @@
 #include "project/compiler/x11_window_system.h"
 
+#include "base/patience.h"
 #include "base/text.h"
 #include "project/compiler/key_table.h"
 #include "project/compiler/x11_connection.h"
@@ -329,7 +330,10 @@ bool CX11WindowSystem::areKeysHeld()
 
 void CX11WindowSystem::sleep(double dSeconds)
 {
-    std::this_thread::sleep_for(std::chrono::duration<double>(dSeconds));
+    const std::chrono::duration<double> duration(dSeconds);
+    // Who looks again and again has a deadline of his own, and needs the time to pass.
+    if (!waitPatiently(std::chrono::ceil<std::chrono::milliseconds>(duration)))
+        std::this_thread::sleep_for(duration);
 }
 
 double CX11WindowSystem::seconds()
