@@ -468,6 +468,15 @@ void CPlugInLoader::selectModule()
     showSelected(*pModule);
 }
 
+void CPlugInLoader::deselectModule()
+{
+    if (!m_parts.m_engine.filter() || current() || !m_swap.swapTo(nullptr, [] { return true; }))
+        return;
+    moveViewTo(nullptr);
+    m_parts.m_view.setTitle(MAIN_TITLE);
+    m_parts.m_view.refresh();
+}
+
 // Readies a filter of one of the lists. It is told about the format and prepared also while audio runs, since
 // it does not play yet: it may never have been prepared, or for another rate.
 void CPlugInLoader::prepareSelected(CDSPFilter& filter)

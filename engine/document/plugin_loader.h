@@ -104,6 +104,9 @@ class CPlugInLoader
     // Makes the selected built-in module current.
     void selectModule();
 
+    // Takes a built-in module out: no filter is current then. A plug-in stays.
+    void deselectModule();
+
     [[nodiscard]] const std::vector<CScanEntry>& scanEntries() const { return m_scanEntries; }
     [[nodiscard]] const std::vector<std::unique_ptr<CLoadedPlugIn>>& plugIns() const { return m_plugIns; }
 

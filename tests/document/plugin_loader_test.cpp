@@ -4,6 +4,7 @@
 #include "document/tonbox_doc.h"
 #include "host/plugin_library.h"
 #include "host/user_dsp_filter.h"
+#include "host/view_messages.h"
 #include "support/fake_audio_system.h"
 #include "support/test_support.h"
 
@@ -274,6 +275,12 @@ TEST_F(PlugInLoaderTest, AScannedFolderIsListedAndItsPlugInsStayLoaded)
     EXPECT_EQ(nameOfCurrent(), "Two");
     EXPECT_EQ(m_window.m_sTitle, "Two");
     EXPECT_EQ(m_loader.current(), nullptr);
+    m_loader.deselectModule();
+    EXPECT_EQ(nameOfCurrent(), "none");
+    EXPECT_EQ(m_window.m_sTitle, MAIN_TITLE);
+    select(1);
+    m_loader.deselectModule();
+    EXPECT_EQ(nameOfCurrent(), "Second") << "a plug-in stays";
     EXPECT_TRUE(takeMessages().empty());
 }
 

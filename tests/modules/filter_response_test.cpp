@@ -1,4 +1,5 @@
 #include "dsp/modules/all_pass_filter.h"
+#include "dsp/modules/biquad_designs.h"
 #include "dsp/modules/hp_lp_filter.h"
 #include "dsp/modules/linkwitz_riley_filter.h"
 #include "dsp/modules/volume_ctrl.h"

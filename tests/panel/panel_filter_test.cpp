@@ -1,5 +1,8 @@
 #include "dsp/modules/multi_filter.h"
 #include "panel/alpha_wheel.h"
+#include "panel/assignable_button_states.h"
+#include "panel/filter_slots.h"
+#include "panel/panel_slot_state.h"
 #include "panel_test_support.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,5 @@
 #include "panel/alpha_wheel.h"
+#include "panel/project_slots.h"
 #include "panel_test_support.h"
 #include "project/control_list.h"
 #include "project/dsp_project.h"

@@ -378,12 +378,16 @@ void CDesignerView::redo()
 
 QString CDesignerView::undoText() const
 {
-    return m_pCommands && m_pCommands->edits().canUndo() ? qs(m_pCommands->edits().undoText()) : QString();
+    return m_pCommands && !m_model.isPlugInLoaded() && m_pCommands->edits().canUndo()
+               ? qs(m_pCommands->edits().nextUndo()->m_sLabel)
+               : QString();
 }
 
 QString CDesignerView::redoText() const
 {
-    return m_pCommands && m_pCommands->edits().canRedo() ? qs(m_pCommands->edits().redoText()) : QString();
+    return m_pCommands && !m_model.isPlugInLoaded() && m_pCommands->edits().canRedo()
+               ? qs(m_pCommands->edits().nextRedo()->m_sLabel)
+               : QString();
 }
 
 void CDesignerView::startCompiler()
@@ -412,7 +416,9 @@ void CDesignerView::unloadPlugIn()
 {
     if (m_bBusy)
         return;
-    if (m_pDocument->plugInLoader().current())
+    if (m_model.isModule())
+        m_pDocument->plugInLoader().deselectModule();
+    else if (m_pDocument->plugInLoader().current())
         m_pCommands->unloadPlugIn();
     else
         m_pDocument->plugInLoader().unloadPlugin(false);
