@@ -62,14 +62,14 @@ void CBackgroundProgram::end()
     m_nProcess = -1;
 }
 
-CVirtualScreen::CVirtualScreen()
+CVirtualScreen::CVirtualScreen(int nWidth, int nHeight)
 {
     std::array<int, 2> ends = {};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
         throw std::runtime_error("no pipe");
     m_pServer = std::make_unique<CBackgroundProgram>(
         std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(KEPT_DESCRIPTOR), "-screen", "0",
-                                 "1280x900x24", "-nolisten", "tcp", "-noreset"},
+                                 std::to_string(nWidth) + "x" + std::to_string(nHeight) + "x24", "-nolisten", "tcp", "-noreset"},
         ends[1]);
     ::close(ends[1]);
     // The server writes its number when it is ready.

@@ -31,7 +31,7 @@ class CBackgroundProgram
 class CVirtualScreen
 {
   public:
-    CVirtualScreen();
+    explicit CVirtualScreen(int nWidth = 1280, int nHeight = 900); // pixels
     ~CVirtualScreen();
     CVirtualScreen(const CVirtualScreen&) = delete;
     CVirtualScreen& operator=(const CVirtualScreen&) = delete;

@@ -78,7 +78,6 @@ COscDialog::COscDialog(COscillator& oscillator, CTransport& transport, IUserDial
     pLayout->addLayout(pRight, 1);
     makeChoices(*pLeft);
     makeRows(*pRight);
-    makeImpulseRow(*pRight);
     pRight->addStretch(1);
     makeStartRow(*pRight);
     showStarted(false);
@@ -113,6 +112,7 @@ void COscDialog::makeRows(QVBoxLayout& layout)
 {
     m_pFrequency = addRow(layout, OSCILLATOR_FREQUENCY);
     addRow(layout, OSCILLATOR_AMPLITUDE);
+    makeImpulseRow(layout);
     m_pPulseRows = new QWidget(this);
     QVBoxLayout* pPulse = rowsOf(m_pPulseRows, tr("Pulse"));
     addRow(*pPulse, OSCILLATOR_PULSE_RATE, "Pulse Frequency");

@@ -144,7 +144,7 @@ QWidget* CSoundCardDialog::makeStream()
     m_pLow->setAccessibleName(tr("Low latency"));
     m_pHigh->setAccessibleName(tr("High latency"));
     m_pMultiplier->setAccessibleName(tr("Latency multiplier"));
-    auto* pTimes = new QLabel(tr("&times"), this);
+    auto* pTimes = new QLabel(tr("ti&mes"), this);
     pTimes->setBuddy(m_pMultiplier);
     addRow(*pForm, tr("Latency:"), inRow({m_pLow, m_pHigh, pTimes, m_pMultiplier}, this));
     m_pLatency = makeNote(this);

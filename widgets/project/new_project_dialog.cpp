@@ -1,20 +1,19 @@
 #include "widgets/project/new_project_dialog.h"
 
+#include "base/text.h"
 #include "base/user_dialogs.h"
-#include "project/project_names.h"
+#include "widgets/common/field_note.h"
 #include "widgets/common/path_field.h"
 #include "widgets/common/qt_text.h"
 #include "widgets/common/theme.h"
+#include "widgets/project/module_lists.h"
+#include "widgets/project/request_fields.h"
 
 #include <QCheckBox>
-#include <QDialogButtonBox>
 #include <QFormLayout>
-#include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
 #include <QRadioButton>
+#include <QRegularExpressionValidator>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -23,166 +22,156 @@ namespace velmora {
 namespace {
 
 constexpr const char* SOLUTION_FILTER = "VC++ Solution Files (*.sln)|*.sln||";
-constexpr int CODE_LENGTH = 4; // of the companies' and plug-ins' codes
+constexpr const char* NO_SOLUTION = "Not a .sln file.";
+constexpr int INDENT = 24; // of what belongs to a choice
 
-QListWidget* makeList(const char* pName)
+QVBoxLayout* pageLayout(QWidget* pPage)
 {
-    auto* pList = new QListWidget;
-    pList->setAccessibleName(pName);
-    pList->setMinimumHeight(90);
-    return pList;
+    auto* pLayout = new QVBoxLayout(pPage);
+    pLayout->setContentsMargins(CTheme::MARGIN, CTheme::MARGIN, CTheme::MARGIN, CTheme::MARGIN);
+    pLayout->setSpacing(CTheme::SPACING);
+    return pLayout;
 }
 
-QVBoxLayout* column(const char* pTitle, QWidget* pList, QWidget* pButton)
+QFormLayout* addForm(QVBoxLayout& layout)
 {
-    auto* pColumn = new QVBoxLayout;
-    auto* pLabel = new QLabel(pTitle);
-    pLabel->setBuddy(pList);
-    pColumn->addWidget(pLabel);
-    pColumn->addWidget(pList);
-    pColumn->addWidget(pButton);
-    return pColumn;
+    auto* pForm = new QFormLayout;
+    CRequestFields::dress(*pForm);
+    layout.addLayout(pForm);
+    return pForm;
+}
+
+CFieldNote* addNote(QFormLayout& form, QWidget* pField)
+{
+    auto* pNote = new CFieldNote(pField);
+    form.addRow(QString(), pNote);
+    return pNote;
 }
 
 } // namespace
 
 CNewProjectDialog::CNewProjectDialog(CNewProjectRequest request, bool bEdit, CProjectEnvironment environment,
                                      IUserDialogs& dialogs, QWidget* pParent)
-    : QDialog(pParent), m_request(std::move(request)), m_bEdit(bEdit), m_environment(std::move(environment)),
-      m_dialogs(dialogs), m_nFixedModules(bEdit ? static_cast<int>(m_request.m_modules.size()) : 0),
-      m_nFixedStock(bEdit ? static_cast<int>(m_request.m_stockObjects.size()) : 0)
+    : CRequestDialog(tr("Edit Project Properties"), pParent), m_request(std::move(request)), m_bEdit(bEdit),
+      m_environment(std::move(environment)), m_dialogs(dialogs),
+      m_pFields(new CRequestFields(m_request, m_environment, m_dialogs, this)), m_pTabs(new QTabWidget)
 {
-    setWindowTitle("Edit Project Properties");
-    auto* pLayout = new QVBoxLayout(this);
-    pLayout->setContentsMargins(CTheme::MARGIN, CTheme::MARGIN, CTheme::MARGIN, CTheme::MARGIN);
-    pLayout->addWidget(buildNames());
-    auto* pTabs = new QTabWidget;
-    pTabs->addTab(buildKind(), "&Plug-In");
-    pTabs->addTab(buildModules(), "&Modules");
-    pTabs->addTab(buildExport(), "E&xport");
-    pTabs->addTab(buildSolution(), "&Solution");
-    pLayout->addWidget(pTabs);
-    auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    connect(pButtons, &QDialogButtonBox::accepted, this, &CNewProjectDialog::accept);
-    connect(pButtons, &QDialogButtonBox::rejected, this, &CNewProjectDialog::reject);
-    pLayout->addWidget(pButtons);
+    content().addLayout(buildNames());
+    m_pTabs->addTab(buildKind(), tr("&Plug-In"));
+    m_pTabs->addTab(buildModules(), tr("&Modules"));
+    m_pTabs->addTab(buildExport(), tr("E&xport"));
+    m_pTabs->addTab(buildSolution(), tr("&Solution"));
+    m_pTabs->setDocumentMode(true);
+    content().addWidget(m_pTabs, 1);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 92);
+    connect(m_pFields, &CRequestFields::edited, this, &CNewProjectDialog::showNotes);
     showNames();
-    showValidation();
-    showChosen();
-    resize(620, 560);
-    (bEdit ? static_cast<QWidget*>(pTabs) : m_pName)->setFocus();
+    showNotes();
+    (bEdit ? m_pCompany : m_pName)->setFocus();
 }
 
-QLineEdit* CNewProjectDialog::addText(QFormLayout& layout, const QString& sLabel,
-                                      std::string CNewProjectRequest::*pText)
+QLayout* CNewProjectDialog::buildNames()
 {
-    auto* pEdit = new QLineEdit(qs(m_request.*pText));
-    pEdit->setAccessibleName(sLabel);
-    layout.addRow(sLabel, pEdit);
-    connect(pEdit, &QLineEdit::textEdited, this, [this, pText](const QString& sText) {
-        m_request.*pText = utf8(sText);
-        showValidation();
-    });
-    return pEdit;
-}
-
-// A check box whose files are missing is unticked again, when that has been told.
-QCheckBox* CNewProjectDialog::addFlag(QVBoxLayout& layout, const QString& sText, flag pFlag,
-                                      checkFiles pCheck)
-{
-    auto* pBox = new QCheckBox(sText);
-    pBox->setChecked(m_request.*pFlag);
-    layout.addWidget(pBox);
-    connect(pBox, &QCheckBox::toggled, this, [this, pBox, pFlag, pCheck](bool bOn) {
-        if (bOn && pCheck && !pCheck(m_environment, m_dialogs)) {
-            pBox->setChecked(false);
-            return;
-        }
-        m_request.*pFlag = bOn;
-    });
-    return pBox;
-}
-
-QWidget* CNewProjectDialog::buildNames()
-{
-    auto* pBox = new QWidget;
-    auto* pForm = new QFormLayout(pBox);
-    pForm->setContentsMargins(0, 0, 0, 0);
-    m_pName = new QLineEdit;
-    m_pName->setAccessibleName("Project Name");
-    m_pName->setReadOnly(m_bEdit);
-    m_pName->setEnabled(!m_bEdit);
-    pForm->addRow("Project &Name:", m_pName);
-    m_pNameError = new QLabel;
-    m_pNameError->setWordWrap(true);
-    pForm->addRow(QString(), m_pNameError);
-    m_pHeader = addText(*pForm, ".&h File:", &CNewProjectRequest::m_sHeaderFile);
-    m_pSource = addText(*pForm, ".&cpp File:", &CNewProjectRequest::m_sSourceFile);
-    m_pHeader->setEnabled(!m_bEdit);
-    m_pSource->setEnabled(!m_bEdit);
+    auto* pForm = new QFormLayout;
+    CRequestFields::dress(*pForm);
+    m_pName = m_pFields->addText(*pForm, tr("Project &Name:"), &CNewProjectRequest::m_sProjectName);
+    if (m_bEdit)
+        CRequestFields::lock(*m_pName);
+    m_pNameNote = addNote(*pForm, m_pName);
+    m_pHeader = CRequestFields::addReadOnly(*pForm, tr(".h File:"));
+    m_pSource = CRequestFields::addReadOnly(*pForm, tr(".cpp File:"));
     m_pFolder = new CPathField(m_dialogs);
-    m_pFolder->useFolder("Browse for the DSP Project Folder");
-    m_pFolder->setName("Project folder");
+    m_pFolder->useFolder(tr("Browse for the DSP Project Folder"));
+    m_pFolder->setName(tr("Project Folder"));
     m_pFolder->setText(pathText(m_request.m_parentFolder));
     m_pFolder->setEnabled(!m_bEdit);
-    pForm->addRow("Project &Folder:", m_pFolder);
-    addText(*pForm, "Company &Name:", &CNewProjectRequest::m_sCompanyName);
-    connect(m_pName, &QLineEdit::textEdited, this, &CNewProjectDialog::nameTyped);
-    connect(m_pFolder, &CPathField::edited, this,
-            [this](const QString& sPath) { m_request.m_parentFolder = pathOf(sPath); });
-    return pBox;
+    pForm->addRow(tr("Project &Folder:"), m_pFolder);
+    m_pFolderNote = addNote(*pForm, &m_pFolder->line());
+    m_pCompany = m_pFields->addText(*pForm, tr("Compan&y Name:"), &CNewProjectRequest::m_sCompanyName);
+    m_pCompanyNote = addNote(*pForm, m_pCompany);
+
+    connect(m_pName, &QLineEdit::textEdited, this, [this](const QString& sName) {
+        m_request.setName(utf8(sName));
+        showNames();
+        showNotes();
+    });
+    connect(m_pFolder, &CPathField::edited, this, [this](const QString& sPath) {
+        m_request.m_parentFolder = pathOf(sPath);
+        showNotes();
+    });
+    return pForm;
 }
 
 QWidget* CNewProjectDialog::buildKind()
 {
     auto* pPage = new QWidget;
-    auto* pLayout = new QVBoxLayout(pPage);
-    addFlag(*pLayout, "Output Only Synthesizer Plug-In", &CNewProjectRequest::m_bOutputOnlyPlugIn);
-    addFlag(*pLayout, "Use Velmora Custom GUI ", &CNewProjectRequest::m_bUseCustomVSTGUI);
-    addFlag(*pLayout, "I will write my own GUI", &CNewProjectRequest::m_bUserCustomGUI);
-    addFlag(*pLayout, "Include CFFT Object (advanced)", &CNewProjectRequest::m_bIncludeFFT);
-    auto* pForm = new QFormLayout;
-    addText(*pForm, "&Latency (samples):", &CNewProjectRequest::m_sLatency);
-    pLayout->addLayout(pForm);
+    QVBoxLayout* pLayout = pageLayout(pPage);
+    m_pFields->addFlag(*pLayout, tr("O&utput Only Synthesizer Plug-In"),
+                       &CNewProjectRequest::m_bOutputOnlyPlugIn);
+    m_pFields->addFlag(*pLayout, tr("Use &Velmora Custom GUI "), &CNewProjectRequest::m_bUseCustomVSTGUI);
+    m_pFields->addFlag(*pLayout, tr("I &will write my own GUI"), &CNewProjectRequest::m_bUserCustomGUI);
+    keepPresent(*m_pFields->addFlag(*pLayout, tr("Include CFF&T Object (advanced)"),
+                                    &CNewProjectRequest::m_bIncludeFFT));
+    QFormLayout* pForm = addForm(*pLayout);
+    m_pLatency = m_pFields->addText(*pForm, tr("&Latency (samples):"), &CNewProjectRequest::m_sLatency);
+    m_pLatencyNote = addNote(*pForm, m_pLatency);
     pLayout->addStretch();
+    return pPage;
+}
+
+QWidget* CNewProjectDialog::buildModules()
+{
+    auto* pPage = new QWidget;
+    QVBoxLayout* pLayout = pageLayout(pPage);
+    QCheckBox* pReverb = m_pFields->addFlag(*pLayout, tr("Include Velmora &Reverb Objects (advanced)"),
+                                            &CNewProjectRequest::m_bIncludeReverbObjects);
+    keepPresent(*pReverb);
+    auto* pLists = new CModuleLists(m_request, m_bEdit, m_environment, m_dialogs);
+    pLists->enableStockObjects(pReverb->isChecked());
+    connect(pReverb, &QCheckBox::toggled, pLists, &CModuleLists::enableStockObjects);
+    pLayout->addWidget(pLists, 1);
     return pPage;
 }
 
 QWidget* CNewProjectDialog::buildExport()
 {
     auto* pPage = new QWidget;
-    auto* pLayout = new QVBoxLayout(pPage);
-    addFlag(*pLayout, "Make VST2 and VST3 Compatible", &CNewProjectRequest::m_bVSTCompatible, &checkVSTFiles);
-    addFlag(*pLayout, "Enable Sidechain Input for VST and AU", &CNewProjectRequest::m_bSidechainEnabled);
-    QCheckBox* pAU = addFlag(*pLayout, "Write Audio Units (AU) XCode Wrappers",
-                             &CNewProjectRequest::m_bWriteAUWrapper, &checkAUTemplates);
-    QCheckBox* pCarbon =
-        addFlag(*pLayout, "Add Carbon GUI (I will write it)", &CNewProjectRequest::m_bCarbonGUI);
-    QCheckBox* pCocoa =
-        addFlag(*pLayout, "Add Cocoa GUI (you will connect it)", &CNewProjectRequest::m_bCocoaGUI);
-    for (QCheckBox* pBox : {pCarbon, pCocoa}) {
+    QVBoxLayout* pLayout = pageLayout(pPage);
+    QCheckBox* pVST = m_pFields->addFlag(*pLayout, tr("Make &VST2 and VST3 Compatible"),
+                                         &CNewProjectRequest::m_bVSTCompatible, &checkVSTFiles);
+    pVST->setEnabled(!m_bEdit);
+    if (m_bEdit)
+        pVST->setToolTip(tr("Decided when the project is made."));
+    m_pFields->addFlag(*pLayout, tr("&Enable Sidechain Input for VST and AU"),
+                       &CNewProjectRequest::m_bSidechainEnabled);
+    QCheckBox* pAU = m_pFields->addFlag(*pLayout, tr("&Write Audio Units (AU) XCode Wrappers"),
+                                        &CNewProjectRequest::m_bWriteAUWrapper, &checkAUTemplates);
+    auto* pOfAU = new QVBoxLayout;
+    pOfAU->setContentsMargins(INDENT, 0, 0, 0);
+    for (QCheckBox* pBox : {m_pFields->addFlag(*pOfAU, tr("Add Car&bon GUI (I will write it)"),
+                                               &CNewProjectRequest::m_bCarbonGUI),
+                            m_pFields->addFlag(*pOfAU, tr("Add Cocoa &GUI (you will connect it)"),
+                                               &CNewProjectRequest::m_bCocoaGUI)}) {
         pBox->setEnabled(pAU->isChecked());
         connect(pAU, &QCheckBox::toggled, pBox, &QCheckBox::setEnabled);
     }
-    auto* pForm = new QFormLayout;
+    pLayout->addLayout(pOfAU);
+
+    QFormLayout* pForm = addForm(*pLayout);
     const struct
     {
-        const char* m_pLabel;
-        std::string CNewProjectRequest::*m_pText;
+        QString m_sLabel;
+        CRequestFields::text m_pText;
     } codes[] = {
-        {"AU &Company Code:", &CNewProjectRequest::m_sCompanyCode},
-        {"AU &Plug-In Code:", &CNewProjectRequest::m_sPlugInCode},
-        {"&VST Plug-In Code:", &CNewProjectRequest::m_sVSTPlugInCode},
+        {tr("4-Character Company C&ode:"), &CNewProjectRequest::m_sCompanyCode},
+        {tr("4-Character Plug&In Code:"), &CNewProjectRequest::m_sPlugInCode},
+        {tr("4-Character PlugIn Code (VST&2):"), &CNewProjectRequest::m_sVSTPlugInCode},
     };
     for (const auto& code : codes)
-        addText(*pForm, code.m_pLabel, code.m_pText)->setMaxLength(CODE_LENGTH);
-    for (QLineEdit** ppLine : {&m_pEffectLine, &m_pInstrumentLine}) {
-        *ppLine = new QLineEdit;
-        (*ppLine)->setReadOnly(true);
-        (*ppLine)->setAccessibleName("Validation line");
-        pForm->addRow(ppLine == &m_pEffectLine ? "Validation, effect:" : "Validation, instrument:", *ppLine);
-    }
-    pLayout->addLayout(pForm);
+        m_pFields->addText(*pForm, code.m_sLabel, code.m_pText)
+            ->setValidator(new QRegularExpressionValidator(QRegularExpression("[ -~]{0,4}"), this));
+    m_pEffectLine = CRequestFields::addReadOnly(*pForm, tr("AU Validation Code:"));
+    m_pInstrumentLine = CRequestFields::addReadOnly(*pForm, tr("AU Validation Code: SYNTH Plugin"));
     pLayout->addStretch();
     return pPage;
 }
@@ -190,153 +179,158 @@ QWidget* CNewProjectDialog::buildExport()
 QWidget* CNewProjectDialog::buildSolution()
 {
     auto* pPage = new QWidget;
-    auto* pLayout = new QVBoxLayout(pPage);
-    auto* pNew = new QRadioButton("Create New Solution");
-    auto* pOld = new QRadioButton("Add to Existing Solution:");
-    pNew->setChecked(m_request.m_bCreateNewSolution);
-    pOld->setChecked(!m_request.m_bCreateNewSolution);
+    QVBoxLayout* pLayout = pageLayout(pPage);
+    auto* pNew = new QRadioButton(tr("Create New Solution"));
+    auto* pOld = new QRadioButton(tr("Use Existing Solution"));
+    (m_request.m_bCreateNewSolution ? pNew : pOld)->setChecked(true);
     m_pSolution = new CPathField(m_dialogs);
     m_pSolution->useFile(SOLUTION_FILTER);
-    m_pSolution->setName("Existing solution");
+    m_pSolution->setName(tr("Existing Solution"));
     m_pSolution->setText(pathText(m_request.m_existingSolution));
     m_pSolution->setEnabled(!m_request.m_bCreateNewSolution);
+    m_pSolutionNote = new CFieldNote(&m_pSolution->line());
     connect(pNew, &QRadioButton::toggled, this, [this](bool bNew) {
         m_request.m_bCreateNewSolution = bNew;
         m_pSolution->setEnabled(!bNew);
+        showNotes();
     });
     connect(m_pSolution, &CPathField::edited, this, &CNewProjectDialog::chooseSolution);
+
+    auto* pOfOld = new QVBoxLayout;
+    pOfOld->setContentsMargins(INDENT, 0, 0, 0);
+    pOfOld->addWidget(m_pSolution);
+    pOfOld->addWidget(m_pSolutionNote);
     pLayout->addWidget(pNew);
     pLayout->addWidget(pOld);
-    pLayout->addWidget(m_pSolution);
+    pLayout->addLayout(pOfOld);
     pLayout->addStretch();
-    pPage->setEnabled(!m_bEdit);
+    for (QWidget* pPart : {static_cast<QWidget*>(pNew), static_cast<QWidget*>(pOld)})
+        pPart->setEnabled(!m_bEdit);
+    if (m_bEdit)
+        m_pSolution->setEnabled(false);
     return pPage;
 }
 
-QWidget* CNewProjectDialog::buildModules()
+// What an existing project has is not taken out of it.
+void CNewProjectDialog::keepPresent(QCheckBox& box) const
 {
-    auto* pPage = new QWidget;
-    auto* pLayout = new QVBoxLayout(pPage);
-    m_pModules = makeList("Existing Plug-Ins");
-    for (const auto& file : existingPlugIns(m_environment))
-        m_pModules->addItem(pathText(file.parent_path().filename()));
-    m_pStock = makeList("Stock Objects");
-    for (const std::string& sName : stockObjectNames(m_environment))
-        m_pStock->addItem(qs(sName));
-    m_pChosen = makeList("Chosen modules");
-    auto* pAddModule = new QPushButton("&Add Module");
-    auto* pAddStock = new QPushButton("Add S&tock Object");
-    auto* pRemove = new QPushButton("&Remove");
-    connect(pAddModule, &QPushButton::clicked, this, &CNewProjectDialog::addModule);
-    connect(pAddStock, &QPushButton::clicked, this, &CNewProjectDialog::addStockObject);
-    connect(pRemove, &QPushButton::clicked, this, &CNewProjectDialog::removeChosen);
-    QCheckBox* pReverb = addFlag(*pLayout, "Include Velmora Reverb Objects (advanced)",
-                                 &CNewProjectRequest::m_bIncludeReverbObjects);
-    for (QWidget* pStockPart : {static_cast<QWidget*>(m_pStock), static_cast<QWidget*>(pAddStock)}) {
-        pStockPart->setEnabled(pReverb->isChecked());
-        connect(pReverb, &QCheckBox::toggled, pStockPart, &QWidget::setEnabled);
+    if (!m_bEdit || !box.isChecked())
+        return;
+    box.setEnabled(false);
+    box.setToolTip(tr("The project has this already."));
+}
+
+// A file that was browsed for and is none is not taken; one that is being typed may become one.
+void CNewProjectDialog::chooseSolution(const QString& sFile)
+{
+    const bool bTyped = m_pSolution->line().isModified();
+    const std::filesystem::path before = m_request.m_existingSolution;
+    m_request.m_existingSolution = pathOf(sFile);
+    if (!bTyped && isNoSolution()) {
+        m_request.m_existingSolution = before;
+        m_pSolution->setText(pathText(before));
+        m_dialogs.showMessage(NO_SOLUTION);
     }
-    auto* pColumns = new QHBoxLayout;
-    pColumns->addLayout(column("Existing Plug-Ins", m_pModules, pAddModule));
-    pColumns->addLayout(column("Stock Objects", m_pStock, pAddStock));
-    pColumns->addLayout(column("Included", m_pChosen, pRemove));
-    pLayout->addLayout(pColumns);
-    return pPage;
+    showNotes();
 }
 
-void CNewProjectDialog::nameTyped(const QString& sName)
-{
-    m_request.setName(utf8(sName));
-    showNames();
-}
-
-// What OK would refuse about the name stands below it while it is typed.
 void CNewProjectDialog::showNames()
 {
-    if (m_pName->text() != qs(m_request.m_sProjectName))
-        m_pName->setText(qs(m_request.m_sProjectName));
+    const QString sName = qs(m_request.m_sProjectName);
+    if (m_pName->text() != sName)
+        m_pName->setText(sName);
     m_pHeader->setText(qs(m_request.m_sHeaderFile));
     m_pSource->setText(qs(m_request.m_sSourceFile));
-    const bool bInvalid =
-        !m_bEdit && !m_request.m_sProjectName.empty() && !isProjectNameValid(m_request.m_sProjectName);
-    const QString sSuggestion = qs(cleanedProjectName(m_request.m_sProjectName));
-    m_pNameError->setText(bInvalid ? "Letters only: the name becomes a C++ class. Suggested: " + sSuggestion
-                                   : QString());
-    m_pNameError->setVisible(bInvalid);
-    QPalette palette = m_pNameError->palette();
-    palette.setColor(QPalette::WindowText, CTheme::instance().colours().m_error);
-    m_pNameError->setPalette(palette);
-    m_pName->setAccessibleDescription(m_pNameError->text());
 }
 
-void CNewProjectDialog::showValidation()
+void CNewProjectDialog::showNotes()
 {
+    QString sErrors[3]; // by field, the first one each
+    for (const CNewProjectRefusal& refusal : newProjectRefusals(m_request, !m_bEdit)) {
+        QString& sError = sErrors[static_cast<int>(refusal.m_eField)];
+        if (sError.isEmpty())
+            sError = qs(refusal.m_sMessage).section(QLatin1Char('\n'), 0, 0);
+    }
+    const auto errorOf = [&](ENewProjectField eField) { return sErrors[static_cast<int>(eField)]; };
+    const bool bBlank = m_request.m_sProjectName.empty(); // nothing was typed yet
+    m_pNameNote->showError(bBlank ? QString() : errorOf(ENewProjectField::Name));
+    m_pCompanyNote->showError(errorOf(ENewProjectField::Company));
+    showLatency(errorOf(ENewProjectField::Latency));
+    if (isParentMissing())
+        m_pFolderNote->showError(tr("There is no such folder."));
+    else
+        m_pFolderNote->showHint(bBlank || m_bEdit ? QString()
+                                                  : tr("New folder: %1").arg(pathText(m_request.folder())));
+    m_pSolutionNote->showError(isNoSolution() && !m_request.m_existingSolution.empty() ? tr(NO_SOLUTION)
+                                                                                       : QString());
     m_pEffectLine->setText(qs(auEffectValidation(m_request)));
     m_pInstrumentLine->setText(qs(auInstrumentValidation(m_request)));
 }
 
-void CNewProjectDialog::chooseSolution(const QString& sFile)
+void CNewProjectDialog::showLatency(const QString& sError)
 {
-    m_request.m_existingSolution = pathOf(sFile);
-}
-
-void CNewProjectDialog::addModule()
-{
-    const int nRow = m_pModules->currentRow();
-    if (nRow < 0)
-        return m_dialogs.showMessage("Pick a module first");
-    const auto files = existingPlugIns(m_environment);
-    const auto& file = files.at(static_cast<std::size_t>(nRow));
-    if (std::ranges::find(m_request.m_modules, file) == m_request.m_modules.end())
-        m_request.m_modules.push_back(file);
-    showChosen();
-}
-
-void CNewProjectDialog::addStockObject()
-{
-    const QListWidgetItem* pItem = m_pStock->currentItem();
-    if (!pItem)
-        return m_dialogs.showMessage("Pick a Stock Object first");
-    const std::string sName = utf8(pItem->text());
-    if (std::ranges::find(m_request.m_stockObjects, sName) == m_request.m_stockObjects.end())
-        m_request.m_stockObjects.push_back(sName);
-    showChosen();
-}
-
-// What an existing project has already stays in it.
-void CNewProjectDialog::removeChosen()
-{
-    const int nRow = m_pChosen->currentRow();
-    const int nModules = static_cast<int>(m_request.m_modules.size());
-    if (nRow < 0)
-        return;
-    if (nRow < nModules && nRow >= m_nFixedModules)
-        m_request.m_modules.erase(m_request.m_modules.begin() + nRow);
-    else if (nRow - nModules >= m_nFixedStock)
-        m_request.m_stockObjects.erase(m_request.m_stockObjects.begin() + (nRow - nModules));
+    const bool bNumber = parseNumber(m_request.m_sLatency).has_value();
+    if (!sError.isEmpty() || bNumber)
+        m_pLatencyNote->showError(sError);
     else
-        m_dialogs.showMessage("The project has this already; what is in a project is not taken out of it.");
-    showChosen();
+        m_pLatencyNote->showHint(tr("Not a number; taken as %1 samples.")
+                                     .arg(qs(shortestDecimal(static_cast<double>(m_request.latency())))));
 }
 
-void CNewProjectDialog::showChosen()
+bool CNewProjectDialog::isParentMissing() const
 {
-    m_pChosen->clear();
-    for (const auto& file : m_request.m_modules)
-        m_pChosen->addItem(pathText(file.stem()));
-    for (const std::string& sName : m_request.m_stockObjects)
-        m_pChosen->addItem(qs(sName) + " (Stock Object)");
+    std::error_code error;
+    return !m_bEdit && !std::filesystem::is_directory(m_request.m_parentFolder, error);
 }
 
-void CNewProjectDialog::accept()
+bool CNewProjectDialog::isNoSolution() const
 {
-    if (!m_request.m_bCreateNewSolution && m_request.m_existingSolution.extension() != ".sln")
-        return m_dialogs.showMessage("Not a .sln file.");
-    if (!m_store || m_store(m_request))
-        return QDialog::accept();
+    return !m_bEdit && !m_request.m_bCreateNewSolution && m_request.m_existingSolution.extension() != ".sln";
+}
+
+bool CNewProjectDialog::check()
+{
+    const auto refusals = newProjectRefusals(m_request, !m_bEdit);
+    if (checkNewProject(m_request, !m_bEdit, m_dialogs))
+        return checkPlaces();
     showNames();
-    m_pName->setFocus();
-    m_pName->selectAll();
+    showNotes();
+    const ENewProjectField eField = refusals.front().m_eField;
+    lead(eField == ENewProjectField::Name      ? m_pName
+         : eField == ENewProjectField::Latency ? m_pLatency
+                                               : m_pCompany);
+    return false;
+}
+
+bool CNewProjectDialog::checkPlaces()
+{
+    if (!isParentMissing() && !isNoSolution())
+        return true;
+    m_dialogs.showMessage(isParentMissing()
+                              ? "There is no folder " + m_request.m_parentFolder.string() +
+                                    ".\n\nPlease choose the folder in which the project's own is to be made."
+                              : NO_SOLUTION);
+    lead(isParentMissing() ? &m_pFolder->line() : &m_pSolution->line());
+    return false;
+}
+
+// To the field that is to be mended.
+void CNewProjectDialog::lead(QLineEdit* pField)
+{
+    for (int i = 0; i < m_pTabs->count(); i++)
+        if (m_pTabs->widget(i)->isAncestorOf(pField))
+            m_pTabs->setCurrentIndex(i);
+    pField->setFocus();
+    pField->selectAll();
+}
+
+bool CNewProjectDialog::store()
+{
+    if (!m_store || m_store(m_request))
+        return true;
+    showNames();
+    showNotes();
+    return false;
 }
 
 } // namespace velmora

@@ -2,32 +2,29 @@
 
 #include "project/codegen/new_project_request.h"
 #include "project/codegen/project_environment.h"
+#include "widgets/project/request_dialog.h"
 
-#include <QDialog>
 #include <functional>
 
 class QCheckBox;
-class QFormLayout;
-class QLabel;
 class QLineEdit;
-class QListWidget;
-class QRadioButton;
-class QVBoxLayout;
+class QTabWidget;
 
 namespace velmora {
 
+class CFieldNote;
 class CPathField;
+class CRequestFields;
 class IUserDialogs;
 
-// "Edit Project Properties": what a project is made of, for a new one and for the open one, whose name stays.
-// It collects a request; the checks of OK are the store function's. [main]
-class CNewProjectDialog : public QDialog
+// "Edit Project Properties": what a project is made of, for a new one and for the open one, whose name and
+// place stay. What OK would refuse stands below its field while it is typed. [main]
+class CNewProjectDialog : public CRequestDialog
 {
     Q_OBJECT
 
   public:
-    // Creates or edits the project. False, after a message, keeps the dialog open; the request's names are
-    // then shown as the check has left them.
+    // Creates or edits the project. False, after a message, keeps the dialog open.
     using Store = std::function<bool(CNewProjectRequest&)>;
 
     // bEdit: of a project that exists.
@@ -37,46 +34,47 @@ class CNewProjectDialog : public QDialog
     void setStore(Store store) { m_store = std::move(store); }
     [[nodiscard]] const CNewProjectRequest& request() const { return m_request; }
 
-    void accept() override;
+  protected:
+    bool check() override;
+    bool store() override;
 
   private:
-    using flag = bool CNewProjectRequest::*;
-    using checkFiles = bool (*)(const CProjectEnvironment& environment, IUserDialogs& dialogs);
-
-    [[nodiscard]] QWidget* buildNames();
-    [[nodiscard]] QWidget* buildSolution();
+    [[nodiscard]] QLayout* buildNames();
     [[nodiscard]] QWidget* buildKind();
-    [[nodiscard]] QWidget* buildExport();
     [[nodiscard]] QWidget* buildModules();
-    QCheckBox* addFlag(QVBoxLayout& layout, const QString& sText, flag pFlag, checkFiles pCheck = nullptr);
-    QLineEdit* addText(QFormLayout& layout, const QString& sLabel, std::string CNewProjectRequest::*pText);
-    void nameTyped(const QString& sName);
-    void showNames();
-    void showValidation();
+    [[nodiscard]] QWidget* buildExport();
+    [[nodiscard]] QWidget* buildSolution();
+    void keepPresent(QCheckBox& box) const;
     void chooseSolution(const QString& sFile);
-    void addModule();
-    void addStockObject();
-    void removeChosen();
-    void showChosen();
+    [[nodiscard]] bool checkPlaces();
+    void showNames();
+    void showNotes();
+    void showLatency(const QString& sError);
+    [[nodiscard]] bool isParentMissing() const;
+    [[nodiscard]] bool isNoSolution() const;
+    void lead(QLineEdit* pField);
 
     CNewProjectRequest m_request;
     bool m_bEdit;
     CProjectEnvironment m_environment;
     IUserDialogs& m_dialogs;
+    CRequestFields* m_pFields;
     Store m_store;
+    QTabWidget* m_pTabs = nullptr;
     QLineEdit* m_pName = nullptr;
-    QLabel* m_pNameError = nullptr;
     QLineEdit* m_pHeader = nullptr;
     QLineEdit* m_pSource = nullptr;
+    QLineEdit* m_pCompany = nullptr;
+    QLineEdit* m_pLatency = nullptr;
     CPathField* m_pFolder = nullptr;
     CPathField* m_pSolution = nullptr;
-    QLineEdit* m_pEffectLine = nullptr; // validation of the Audio Unit
-    QLineEdit* m_pInstrumentLine = nullptr;
-    QListWidget* m_pModules = nullptr;
-    QListWidget* m_pStock = nullptr;
-    QListWidget* m_pChosen = nullptr;
-    int m_nFixedModules = 0; // of a project that is edited: its own stay
-    int m_nFixedStock = 0;
+    CFieldNote* m_pNameNote = nullptr;
+    CFieldNote* m_pFolderNote = nullptr;
+    CFieldNote* m_pCompanyNote = nullptr;
+    CFieldNote* m_pLatencyNote = nullptr;
+    CFieldNote* m_pSolutionNote = nullptr;
+    QLineEdit* m_pEffectLine = nullptr;     // validates the Audio Unit on a Mac
+    QLineEdit* m_pInstrumentLine = nullptr; // likewise
 };
 
 } // namespace velmora

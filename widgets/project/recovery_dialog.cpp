@@ -31,6 +31,7 @@ CRecoveryDialog::CRecoveryDialog(const CRecovery& recovery, QWidget* pParent) : 
     setWindowTitle("Recover a Project");
     auto* pLayout = new QVBoxLayout(this);
     pLayout->setContentsMargins(CTheme::MARGIN, CTheme::MARGIN, CTheme::MARGIN, CTheme::MARGIN);
+    pLayout->setSpacing(CTheme::SPACING);
 
     auto* pText = new QLabel(
         QString("Velmora did not end as it should while the project %1 was open. What was not saved then was "
@@ -44,11 +45,13 @@ CRecoveryDialog::CRecoveryDialog(const CRecovery& recovery, QWidget* pParent) : 
     pList->setWordWrap(true);
     for (const std::string& sSentence : recovery.m_differences)
         pList->addItem(qs(sSentence));
-    pList->setCurrentRow(0);
+    pList->setSpacing(1);
     pText->setBuddy(pList);
     pLayout->addWidget(pList);
 
-    auto* pHint = new QLabel("Whichever you take, the other one goes into the project's history.");
+    auto* pHint =
+        new QLabel("Whichever of the two states you take, the other one goes into the project's history. "
+                   "If you decide later, both stay as they are and the project stays closed.");
     pHint->setWordWrap(true);
     pLayout->addWidget(pHint);
 
@@ -72,6 +75,7 @@ CRecoveryDialog::CRecoveryDialog(const CRecovery& recovery, QWidget* pParent) : 
         pButton->setDefault(button.m_eAnswer == ERecoveryAnswer::Recover);
     }
     pLayout->addWidget(pButtons);
+    pButtons->buttons().constFirst()->setFocus();
     resize(560, 380);
 }
 

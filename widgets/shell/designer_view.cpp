@@ -256,7 +256,7 @@ void CDesignerView::showProject()
 void CDesignerView::showPresets()
 {
     QStringList names;
-    if (m_pCommands && m_pCommands->project() && m_model.isPlugInLoaded()) {
+    if (m_pCommands && m_pCommands->project() && m_pDocument->plugInLoader().current()) {
         CPresetFolder presets(m_pCommands->project()->folder());
         presets.loadPresetNames();
         for (const CPresetFolder::CEntry& entry : presets.entries())

@@ -69,8 +69,8 @@ struct CNewProjectRefusal
 [[nodiscard]] std::vector<CNewProjectRefusal> newProjectRefusals(const CNewProjectRequest& request,
                                                                  bool bCreating);
 
-// What OK of the dialog checks; shows the first failure. An unusable name is replaced in the
-// request by the one that the message suggests.
+// What OK of the dialog checks; shows the first failure. An unusable name is replaced in the request by the
+// one that the message suggests.
 [[nodiscard]] bool checkNewProject(CNewProjectRequest& request, bool bCreating, IUserDialogs& dialogs);
 
 // Why the name can not be a class and its files beside the contract's; empty if it can.
