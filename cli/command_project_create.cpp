@@ -173,7 +173,7 @@ int runProjectClear(CCommandContext& context)
 int runProjectImportControls(CCommandContext& context)
 {
     return runOnProject(context, "written", [](CProjectCommands& commands, const CCommandLine& line) {
-        return commands.importControls(*line.argument("OTHER"));
+        return commands.importControls([&] { return line.argument("OTHER"); });
     });
 }
 

@@ -75,7 +75,17 @@ CProjectEnvironment CProjectCommands::environment() const
 
 ICompilerAccess* CProjectCommands::editorAccess()
 {
-    return m_bEditsThroughCompiler ? &toolchain() : nullptr;
+    return m_bEditsThroughCompiler && mayControlCompiler() ? &toolchain() : nullptr;
+}
+
+void CProjectCommands::applySettings()
+{
+    m_compilers.setIdeSettings(ideSettings(m_document.settings()));
+}
+
+bool CProjectCommands::mayControlCompiler() const
+{
+    return m_document.settings().boolValue(settingLine("m_bEnableCompilerControl"));
 }
 
 bool CProjectCommands::isBusy() const
@@ -188,7 +198,7 @@ bool CProjectCommands::newProject(const CNewProjectRequest& request)
     return true;
 }
 
-bool CProjectCommands::editProject(const CNewProjectRequest& request)
+bool CProjectCommands::editProject(const CNewProjectRequest& request, const CStripTexts& showStrip)
 {
     if (!requireProject("Open an existing Project first!"))
         return false;
@@ -196,6 +206,8 @@ bool CProjectCommands::editProject(const CNewProjectRequest& request)
     const CProjectEnvironment here = environment();
     if (!checkNewProject(checked, false, m_dialogs))
         return false;
+    if (showStrip)
+        showStrip("Modifying", "Project...");
     std::vector<std::filesystem::path> changed;
     const bool bEdited =
         velmora::editProject(*project(), checked, here, editorAccess(), m_dialogs, changed) && writeCode();
@@ -222,12 +234,14 @@ bool CProjectCommands::loadProject(const std::filesystem::path& file)
     return true;
 }
 
-bool CProjectCommands::openProject(const std::filesystem::path& file)
+bool CProjectCommands::openProject(const std::filesystem::path& file, const std::function<bool()>& prepare)
 {
     CProjectLock lock;
     if (!begin() || !lockProject(file, lock))
         return false;
     leaveProject();
+    if (prepare && !prepare())
+        return false;
     COpenedProject opened = openProjectFile(file, environment(), m_dialogs);
     m_changedFiles = std::move(opened.m_changed);
     if (!opened.m_pProject)
@@ -250,14 +264,15 @@ bool CProjectCommands::saveAs(const CProjectCopyRequest& request)
     return copy.has_value();
 }
 
-bool CProjectCommands::synchronizeCode(const CStripTexts& showStrip)
+bool CProjectCommands::synchronizeCode(const CStripTexts& showStrip,
+                                       const std::function<bool()>& rebuildFirst)
 {
     if (!requireProject(BUILT_PROJECT_NEEDED))
         return false;
     if (!m_document.plugInLoader().current() && !loadBuiltPlugIn()) {
-        if (m_dialogs.askYesNo(SYNCHRONISE_LOAD_FAILED))
-            return rebuild({}).m_bLoaded;
-        return false;
+        if (!m_dialogs.askYesNo(SYNCHRONISE_LOAD_FAILED))
+            return false;
+        return rebuildFirst ? rebuildFirst() : rebuild({}).m_bLoaded;
     }
     if (showStrip)
         showStrip("Copying", "Files...");

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,9 @@ struct CUserVariableRequest;
 inline constexpr const char* PROJECT_NEEDED = "Open or Create a new Project first!";
 inline constexpr const char* BUILT_PROJECT_NEEDED = "Open an existing, compiled Project first!";
 
+// What the status strip shows of a command.
+using CStripTexts = std::function<void(std::string_view sLabel, std::string_view sText)>;
+
 struct CRebuildOptions
 {
     bool m_bLoad = true;                    // load the library when the build has succeeded
@@ -36,6 +40,7 @@ struct CRebuildOptions
     bool m_bStartFromInitialValues = false; // false: carry the controls' values over by variable name
     double m_dDeadlineSeconds = 600.0;      // for the build
     IProgress* m_pProgress = nullptr;       // asked about a hundred times a second; false stops the rebuild
+    std::function<void()> m_onReady;        // the compiler is there, and the build begins
 };
 
 struct CRebuildResult
@@ -73,8 +78,14 @@ class CProjectCommands
     [[nodiscard]] CToolchainChoice& compilers() { return m_compilers; }
     [[nodiscard]] IToolchain& toolchain() { return m_compilers.chosen(); }
 
-    // Whether edits have the compiler's window save first, and start it if need be. Off in a program without
-    // a window of its own, whose edits work on what is on disc.
+    // The preferences have changed; the toolchain may be another object afterwards.
+    void applySettings();
+
+    // Whether compilers may be started and switched to without being asked for: line 6 of the settings.
+    [[nodiscard]] bool mayControlCompiler() const;
+
+    // Whether edits have the compiler's window save first, and start it if need be, as far as the preferences
+    // allow it. Off in a program without a window of its own, whose edits work on what is on disc.
     void setEditsThroughCompiler(bool bOn) { m_bEditsThroughCompiler = bOn; }
 
     // Has the open project kept from other programs, as a program with a window does: one that is open there
@@ -85,15 +96,16 @@ class CProjectCommands
     bool newProject(const CNewProjectRequest& request);
 
     // Edit Project: takes over what the dialog holds, which began with requestOfProject(), and adds what was
-    // newly chosen to the folder.
-    bool editProject(const CNewProjectRequest& request);
+    // newly chosen to the folder. showStrip, if given, is told of the status strip's two texts.
+    bool editProject(const CNewProjectRequest& request, const CStripTexts& showStrip = {});
 
     // Reads a project and makes it the open one. No file is changed.
     bool loadProject(const std::filesystem::path& file);
 
-    // Open Project: reads it, then repairs and updates what has become stale around it. findRecovery() tells
-    // beforehand whether an autosave is to be offered.
-    bool openProject(const std::filesystem::path& file);
+    // Open Project: reads it, then repairs and updates what has become stale around it. prepare is called
+    // ahead of reading, when no other program can work on the project and the open one is saved: the moment
+    // to offer an autosave that findRecovery() finds. Its false, which it has explained, ends the command.
+    bool openProject(const std::filesystem::path& file, const std::function<bool()>& prepare = {});
 
     // Saves what was not saved yet, unloads the plug-in and leaves no project open. What cannot be saved
     // stays as an autosave. False only while the commands are busy.
@@ -148,11 +160,14 @@ class CProjectCommands
 
     bool saveAs(const CProjectCopyRequest& request);
     bool clearProject();
-    bool importControls(const std::filesystem::path& otherProject);
 
-    // Synchronize Code. showStrip, if given, is told of the status strip's two texts.
-    using CStripTexts = std::function<void(std::string_view sLabel, std::string_view sText)>;
-    bool synchronizeCode(const CStripTexts& showStrip = {});
+    // Import UI Controls: asks, has the other project chosen (none: nothing is done), and takes it over.
+    using CProjectChooser = std::function<std::optional<std::filesystem::path>()>;
+    bool importControls(const CProjectChooser& choose);
+
+    // Synchronize Code. showStrip, if given, is told of the status strip's two texts. rebuildFirst, if given,
+    // is what a Yes to the question of a missing library runs in place of rebuild().
+    bool synchronizeCode(const CStripTexts& showStrip = {}, const std::function<bool()>& rebuildFirst = {});
 
     // Called when Synchronize Code puts the vector joystick back to its centre.
     std::function<void()> m_onJoystickReset;

@@ -117,7 +117,8 @@ bool CProjectCommands::waitForCompiler(CRebuildResult& result, const CRebuildOpt
             continue;
         result.m_build.m_bCancelled = !bGoOn;
         const std::string sReason = compiler.lastError();
-        m_dialogs.showMessage(sReason.empty() ? COMPILER_NOT_FOUND : sReason);
+        if (bGoOn)
+            m_dialogs.showMessage(sReason.empty() ? COMPILER_NOT_FOUND : sReason);
         return false;
     }
     return true;
@@ -138,12 +139,14 @@ bool CProjectCommands::prepareBuild(CRebuildResult& result, const CRebuildOption
         return false;
     }
     if (compiler.state(*project()) == ECompilerState::notFound) {
-        m_dialogs.note(COMPILER_NOT_FOUND);
+        m_dialogs.showMessage(COMPILER_NOT_FOUND);
         if (!compiler.makeAvailable(*project()))
             return false;
     }
     if (!waitForCompiler(result, options))
         return false;
+    if (options.m_onReady)
+        options.m_onReady();
     if (const CLoadedPlugIn* pOld = m_document.plugInLoader().current())
         m_keptValues = CControlValues(*pOld->plugIn());
     if (options.m_bUnloadFirst)

@@ -241,14 +241,17 @@ bool CProjectCommands::clearProject()
     return finishEdit();
 }
 
-bool CProjectCommands::importControls(const std::filesystem::path& otherProject)
+bool CProjectCommands::importControls(const CProjectChooser& choose)
 {
     if (!requireProject(PROJECT_NEEDED) || !m_dialogs.askYesNo(IMPORT_QUESTION))
+        return false;
+    const auto otherProject = choose();
+    if (!otherProject)
         return false;
     takeOutPlugIn();
     m_edits.begin(*project(), "Import UI Controls");
     m_edits.noteDocument(project()->folder() / GUI_DOCUMENT);
-    if (velmora::importControls(*project(), otherProject, m_dialogs))
+    if (velmora::importControls(*project(), *otherProject, m_dialogs))
         return finishEdit();
     m_edits.cancel();
     return false;

@@ -34,13 +34,14 @@ constexpr std::array<const char*, 11> USER_FOLDERS = {
 
 CTonboxDoc::CTonboxDoc(IUserDialogs& dialogs, IAudioSystem& audioSystem, IMessageTarget& messages,
                        IDocumentView* pView)
-    : m_dialogs(dialogs), m_audioDevices(audioSystem), m_engine(m_transportState, m_sidechain),
+    : m_view(pView ? *pView : m_noView), m_dialogs(dialogs), m_audioDevices(audioSystem),
+      m_engine(m_transportState, m_sidechain),
       m_streams(audioSystem, m_audioDevices, m_engine, m_sidechain, m_wave, m_settings, dialogs),
-      m_transport({m_transportState, m_engine, m_streams, m_wave, m_sidechain, m_format, dialogs, messages,
-                   pView ? *pView : m_noView}),
+      m_transport(
+          {m_transportState, m_engine, m_streams, m_wave, m_sidechain, m_format, dialogs, messages, m_view}),
       m_offlineProcessing(m_engine, m_transportState, m_sidechain, dialogs),
-      m_plugInLoader({m_engine, m_transport, m_transportState, m_modules, m_format, dialogs, messages,
-                      pView ? *pView : m_noView})
+      m_plugInLoader(
+          {m_engine, m_transport, m_transportState, m_modules, m_format, dialogs, messages, m_view})
 {
     m_engine.setOscillator(&m_oscillator);
     m_sidechain.m_onLoaded = [this](const std::filesystem::path& file) {
@@ -62,7 +63,8 @@ bool CTonboxDoc::OnNewDocument(const CStartUp& startUp)
     std::error_code error;
     m_root = std::filesystem::absolute(m_userFolder.empty() ? "." : m_userFolder, error);
     m_plugInLoader.setPlugInFolder(plugInFolder());
-    if (!enterUserFolder())
+    m_bUserFolder = enterUserFolder();
+    if (!m_bUserFolder)
         return false;
     if (startUp.m_bRecordCrashes)
         tellOfCrash();
@@ -162,8 +164,10 @@ void CTonboxDoc::setProject(std::unique_ptr<CDSPProject> pProject)
 {
     if (m_transport.state() == TRANSPORT_SOUND_IN)
         m_transport.stopSoundIn();
+    m_view.releaseProject();
     m_autosave.setProject(nullptr);
     m_pProject = std::move(pProject);
+    m_view.takeProject();
     m_autosave.setProject(m_pProject.get());
     if (m_pProject && !m_pProject->m_sSidechainFile.empty()) {
         if (m_streams.isOpen(STREAM_WAVE)) // running or paused, it reads the sidechain

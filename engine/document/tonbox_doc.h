@@ -66,6 +66,9 @@ class CTonboxDoc
     // Has the engine and the loader follow the preferences, as after a change of them.
     void applyPreferences();
 
+    // Whether the user folder could be entered; without it there is nothing to start with.
+    [[nodiscard]] bool hasUserFolder() const { return m_bUserFolder; }
+
     // As it was given: empty when the environment names none.
     [[nodiscard]] const std::filesystem::path& userFolder() const { return m_userFolder; }
     [[nodiscard]] std::filesystem::path plugInFolder() const { return m_root / "PlugIns"; }
@@ -118,6 +121,7 @@ class CTonboxDoc
     void makeOscillatorReady();
 
     IDocumentView m_noView;
+    IDocumentView& m_view;
     CTransportState m_transportState;
     CCrashRecorder m_crashRecorder{&m_transportState}; // outlives the streams
     IUserDialogs& m_dialogs;
@@ -126,6 +130,7 @@ class CTonboxDoc
     CSettings m_settings;
     CPreferences m_preferences;
     bool m_bSettingsUsable = true;
+    bool m_bUserFolder = false;
     CAudioDevices m_audioDevices;
     CAudioFormat m_format;
     COscillator m_oscillator;

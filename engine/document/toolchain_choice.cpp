@@ -31,6 +31,14 @@ bool CToolchainChoice::choose(int nCompilerId)
     return true;
 }
 
+void CToolchainChoice::setIdeSettings(CIdeSettings ideSettings)
+{
+    if (ideSettings == m_ideSettings)
+        return;
+    m_ideSettings = std::move(ideSettings);
+    m_pToolchain.reset();
+}
+
 IToolchain& CToolchainChoice::chosen()
 {
     if (!m_pToolchain)

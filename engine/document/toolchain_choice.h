@@ -27,6 +27,10 @@ class CToolchainChoice
     // before.
     [[nodiscard]] bool choose(int nCompilerId);
 
+    // What the preferences say of the compilers' windows. Ends a build of the compiler that was made with
+    // others.
+    void setIdeSettings(CIdeSettings ideSettings);
+
     [[nodiscard]] int chosenId() const { return m_nCompilerId; }
     [[nodiscard]] IToolchain& chosen();
 

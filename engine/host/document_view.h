@@ -34,6 +34,12 @@ class IDocumentView
     virtual void clearImpulses() {}
     virtual void showImpulses(const float* /*pLeft*/, const float* /*pRight*/, int /*nLength*/) {}
 
+    // The open project is about to go: what shows it lets go of it.
+    virtual void releaseProject() {}
+
+    // Another project is open now, or none.
+    virtual void takeProject() {}
+
     // The transport has stopped by itself or by command: the analyzer stops, too.
     virtual void streamStopped() {}
 };

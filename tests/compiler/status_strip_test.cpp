@@ -27,17 +27,15 @@ class CToolchainDouble : public IToolchain
     std::string unavailableReason() const override { return {}; }
     ECompilerState state(const CDSPProject&) override { return m_eState; }
     bool waitForWindow(const CDSPProject&, double) override { return true; }
-    bool rebuild(const CDSPProject&) override { return call("rebuild", m_bRebuilds); }
-    CBuildReport waitForBuild(double, IProgress*) override { return m_report; }
+    bool rebuild(const CDSPProject&) override { return false; }
+    CBuildReport waitForBuild(double, IProgress*) override { return {}; }
     std::string lastError() const override { return m_sLastError; }
     bool startDebug() override { return call("startDebug", m_sLastError.empty()); }
     bool stopDebug() override { return call("stopDebug", true); }
 
     ECompilerState m_eState = ECompilerState::ready;
     bool m_bStarts = true;
-    bool m_bRebuilds = true;
     std::string m_sLastError;
-    CBuildReport m_report;
 
   private:
     bool call(const char* pName, bool bResult)
@@ -59,32 +57,14 @@ class CStripWindowDouble : public IStatusStripWindow
     {
         m_calls.push_back("[" + std::string(sLabel) + "|" + std::string(sState) + "]");
     }
-    void setTimer(EStripTimer eTimer, unsigned uMilliseconds) override
+    void setTimer(unsigned uMilliseconds) override
     {
-        m_calls.push_back("set " + std::to_string(static_cast<int>(eTimer)) + " " +
-                          std::to_string(uMilliseconds));
+        m_calls.push_back("set " + std::to_string(uMilliseconds));
     }
-    void killTimer(EStripTimer eTimer) override
-    {
-        m_calls.push_back("kill " + std::to_string(static_cast<int>(eTimer)));
-    }
+    void killTimer() override { m_calls.emplace_back("kill"); }
     void takeFocus() override { m_calls.emplace_back("focus"); }
     void setDebugButton(std::string_view sText) override { m_calls.emplace_back(sText); }
-    bool isPlugInLoaded() override { return m_bLoaded; }
-    void unloadPlugIn() override { m_calls.emplace_back("unload"); }
-    void loadBuiltPlugIn(const CBuildReport& report) override
-    {
-        m_calls.push_back("load " + report.m_library.string());
-    }
-    bool writeCode(CDSPProject&) override
-    {
-        m_calls.emplace_back("write");
-        return m_bWrites;
-    }
     void updateLinkerSettings(CDSPProject&) override { m_calls.emplace_back("linker"); }
-
-    bool m_bLoaded = false;
-    bool m_bWrites = true;
 
   private:
     std::vector<std::string>& m_calls;
@@ -109,7 +89,7 @@ TEST_F(StatusStrip, ShowsTheStateWhileTheCompilerStarts)
 {
     m_toolchain.m_eState = ECompilerState::notFound;
     ASSERT_TRUE(m_strip.startCompiler(&m_project));
-    EXPECT_THAT(take(), ElementsAre("start", "[compiler|Starting Compiler...]", "set 0 1000"));
+    EXPECT_THAT(take(), ElementsAre("start", "[compiler|Starting Compiler...]", "set 1000"));
     m_toolchain.m_eState = ECompilerState::starting;
     for (int i = 0; i < 5; ++i)
         m_strip.tickState();
@@ -129,49 +109,26 @@ TEST_F(StatusStrip, ShowsTheStateWhileTheCompilerStarts)
     EXPECT_THAT(take(), ElementsAre("[compiler|not found]", "[compiler|Dead]", "[compiler|not found]"));
 }
 
-TEST_F(StatusStrip, RebuildsAndShowsTheResult)
+TEST_F(StatusStrip, ShowsABuildAndHoldsItsResult)
 {
-    m_window.m_bLoaded = true;
-    ASSERT_TRUE(m_strip.rebuild(&m_project));
-    EXPECT_THAT(take(),
-                ElementsAre("[compiler|..ready..]", "unload", "write", "rebuild", "kill 0", "set 5 1000"));
-    m_toolchain.m_report.m_eState = EBuildState::building;
-    m_strip.tickBuild();
-    m_strip.tickBuild();
-    EXPECT_THAT(take(), ElementsAre("[Gain|Building -]", "[Gain|Building \\]"));
-    m_strip.post(EStripEvent::linking);
-    EXPECT_THAT(take(), ElementsAre("[Gain|Linking]"));
-
-    m_toolchain.m_report.m_eState = EBuildState::succeeded;
-    m_toolchain.m_report.m_library = "Gain.so";
-    m_strip.tickBuild();
-    EXPECT_THAT(take(), ElementsAre("kill 5", "[Rebuild|Succeeded!]", "set 0 1000", "load Gain.so"));
-    m_strip.tickBuild(); // late: its timer is dead
-    EXPECT_THAT(take(), IsEmpty());
-    m_strip.tickState(); // lets the result be read
-    EXPECT_THAT(take(), ElementsAre("set 0 1200"));
-    m_strip.tickState();
-    EXPECT_THAT(take(), ElementsAre("set 0 1000", "[compiler|Ready]", "focus"));
-    m_strip.tickState();
-    EXPECT_THAT(take(), ElementsAre("[compiler|Ready]"));
-
-    ASSERT_TRUE(m_strip.rebuild(&m_project));
-    take();
-    m_toolchain.m_report.m_eState = EBuildState::failed;
-    m_strip.tickBuild();
-    EXPECT_THAT(take(), ElementsAre("kill 5", "[Rebuild|Failed]", "set 0 1000"));
-
-    // What ends the watch of a build: the compiler's end, its debugger with a plug-in loaded, the project's.
-    for (const EStripEvent eEvent : {EStripEvent::dead, EStripEvent::notFound, EStripEvent::running}) {
-        ASSERT_TRUE(m_strip.rebuild(&m_project));
-        take();
+    m_strip.followProject(m_project);
+    EXPECT_THAT(take(), ElementsAre("[compiler|Ready]", "focus", "set 1000"));
+    m_strip.show("compiler", "..ready..");
+    for (const EStripEvent eEvent : {EStripEvent::building, EStripEvent::building, EStripEvent::linking})
         m_strip.post(eEvent);
-        EXPECT_THAT(take(), testing::Contains("kill 5"));
-    }
-    ASSERT_TRUE(m_strip.rebuild(&m_project));
-    take();
+    EXPECT_THAT(take(), ElementsAre("[compiler|..ready..]", "[Gain|Building -]", "[Gain|Building \\]",
+                                    "[Gain|Linking]"));
+    m_strip.post(EStripEvent::buildSucceeded);
+    EXPECT_THAT(take(), ElementsAre("[Rebuild|Succeeded!]", "set 1000"));
+    m_strip.tickState(); // lets the result be read
+    EXPECT_THAT(take(), ElementsAre("set 1200"));
+    m_strip.tickState();
+    EXPECT_THAT(take(), ElementsAre("set 1000", "[compiler|Ready]", "focus"));
+    m_strip.post(EStripEvent::buildFailed);
+    EXPECT_THAT(take(), ElementsAre("[Rebuild|Failed]", "set 1000"));
     m_strip.closeProject();
-    EXPECT_THAT(take(), ElementsAre("kill 5", "kill 0"));
+    m_strip.tickState();
+    EXPECT_THAT(take(), ElementsAre("kill"));
 }
 
 TEST(CompilerStrip, TellsWhatToDoWithEachEvent)
@@ -184,18 +141,14 @@ TEST(CompilerStrip, TellsWhatToDoWithEachEvent)
     } CASES[] = {
         {EStripEvent::starting, "compiler|Starting -", {}},
         {EStripEvent::ready, "compiler|Ready", {.m_bTakeFocus = true}},
-        {EStripEvent::running, "compiler|", {.m_bKillBuildTimerIfLoaded = true}},
-        {EStripEvent::debugging, "compiler|", {.m_bKillBuildTimerIfLoaded = true}},
-        {EStripEvent::notFound, "compiler|not found", {.m_bKillBuildTimer = true}},
-        {EStripEvent::dead, "compiler|Dead", {.m_bKillBuildTimer = true}},
+        {EStripEvent::running, "compiler|", {}},
+        {EStripEvent::debugging, "compiler|", {}},
+        {EStripEvent::notFound, "compiler|not found", {}},
+        {EStripEvent::dead, "compiler|Dead", {}},
         {EStripEvent::building, "Gain|Building -", {}},
         {EStripEvent::linking, "Gain|Linking", {}},
-        {EStripEvent::buildSucceeded,
-         "Rebuild|Succeeded!",
-         {.m_bKillBuildTimer = true, .m_bRestartStateTimer = true, .m_bLoadPlugIn = true}},
-        {EStripEvent::buildFailed,
-         "Rebuild|Failed",
-         {.m_bKillBuildTimer = true, .m_bRestartStateTimer = true}},
+        {EStripEvent::buildSucceeded, "Rebuild|Succeeded!", {.m_bRestartTimer = true}},
+        {EStripEvent::buildFailed, "Rebuild|Failed", {.m_bRestartTimer = true}},
     };
     for (const auto& test : CASES) {
         CCompilerStrip strip;
@@ -209,37 +162,24 @@ TEST(CompilerStrip, TellsWhatToDoWithEachEvent)
 
 TEST_F(StatusStrip, RefusesWithTheReason)
 {
-    EXPECT_FALSE(m_strip.startCompiler(nullptr) || m_strip.rebuild(nullptr) || m_strip.toggleDebug(nullptr));
+    EXPECT_FALSE(m_strip.startCompiler(nullptr) || m_strip.toggleDebug(nullptr));
     EXPECT_THAT(m_dialogs.m_messages, ElementsAre("Open an existing, compiled Project first!",
-                                                  "Open an existing, compiled Project first!",
                                                   "Open an existing, compiled Project first!"));
     EXPECT_THAT(take(), IsEmpty());
-    m_dialogs.m_messages.clear();
-
-    m_toolchain.m_eState = ECompilerState::notFound;
-    EXPECT_FALSE(m_strip.rebuild(&m_project));
-    EXPECT_THAT(
-        m_dialogs.m_messages,
-        ElementsAre("Compiler not found - it is either loading up now or you closed it. Wait or reopen it."));
-    EXPECT_THAT(take(), ElementsAre("start", "[compiler|Starting Compiler...]", "set 0 1000"));
-
-    m_toolchain.m_eState = ECompilerState::ready;
-    m_toolchain.m_bRebuilds = false;
-    EXPECT_FALSE(m_strip.rebuild(&m_project));
-    EXPECT_EQ(m_dialogs.m_messages.size(), 2u);
-    m_window.m_bWrites = false;
-    take();
-    EXPECT_FALSE(m_strip.rebuild(&m_project));
-    EXPECT_THAT(take(), ElementsAre("[compiler|..ready..]", "write"));
 }
 
 TEST_F(StatusStrip, TogglesTheDebugger)
 {
     ASSERT_TRUE(m_strip.toggleDebug(&m_project));
     ASSERT_TRUE(m_strip.toggleDebug(&m_project));
-    EXPECT_THAT(take(),
-                ElementsAre("set 0 1000", "[compiler|Starting Compiler...]", "startDebug", "Stop Debug",
-                            "set 0 1000", "[compiler|Starting Compiler...]", "stopDebug", "Debug"));
+    EXPECT_THAT(take(), ElementsAre("set 1000", "[compiler|Starting Compiler...]", "startDebug", "Stop Debug",
+                                    "set 1000", "[compiler|Starting Compiler...]", "stopDebug", "Debug"));
+    m_strip.stopDebugging(); // nothing is left to be stopped
+    EXPECT_THAT(take(), IsEmpty());
+    ASSERT_TRUE(m_strip.toggleDebug(&m_project));
+    take();
+    m_strip.stopDebugging();
+    EXPECT_THAT(take(), ElementsAre("stopDebug", "Debug"));
 
     // A compiler that is there says why not; one that is still starting says nothing.
     m_toolchain.m_sLastError = "no debugger";

@@ -1,6 +1,7 @@
 #include "document/command_fixture.h"
 #include "document/toolchain_choice.h"
 #include "host/plugin_library_image.h"
+#include "project/codegen/code_synchronisation.h"
 #include "project/codegen/project_editing.h"
 #include "project/codegen/project_environment.h"
 #include "project/codegen/project_history.h"
@@ -172,8 +173,17 @@ TEST_F(ProjectCommands, EditProjectAddsWhatWasNewlyChosen)
     EXPECT_FALSE(commands().editProject(request));
     EXPECT_EQ(m_dialogs.m_messages.back(), "Latency can not be less than zero.");
     request.m_sLatency = "32";
-    ASSERT_TRUE(commands().editProject(request));
+    std::string sStrip;
+    ASSERT_TRUE(commands().editProject(request, [&](std::string_view sLabel, std::string_view sText) {
+        sStrip = std::string(sLabel) + "|" + std::string(sText);
+    }));
+    EXPECT_EQ(sStrip, "Modifying|Project...");
     EXPECT_EQ(m_dialogs.m_messages.back(), EDIT_PROJECT_DONE);
+
+    // Without a library, Synchronize Code leaves the rebuild to whoever can show it.
+    m_dialogs.m_bAnswer = true;
+    EXPECT_TRUE(commands().synchronizeCode({}, [] { return true; }));
+    EXPECT_EQ(m_dialogs.m_questions.back(), SYNCHRONISE_LOAD_FAILED);
     ASSERT_TRUE(commands().rebuild({}).m_bLoaded);
     EXPECT_TRUE(plugIn().m_bOutputOnlyPlugIn);
     EXPECT_EQ(plugIn().m_fPlugInEx[0], 32.0F);

@@ -98,7 +98,7 @@ TEST_F(ProjectEdits, AreTakenBackAndMadeAgainInTheFiles)
              });
          }},
         {"Remove \"m_fFirst\"", [&] { return commands().removeControl(100); }},
-        {"Import UI Controls", [&] { return commands().importControls(other); }},
+        {"Import UI Controls", [&] { return commands().importControls([&] { return other; }); }},
         {"Clear Project", [&] { return commands().clearProject(); }},
     };
     std::vector<std::vector<std::string>> states;

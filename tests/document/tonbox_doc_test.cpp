@@ -151,6 +151,7 @@ TEST_F(TonboxDocTest, AUserFolderThatCannotBeMadeIsNamed)
     test::writeFile(m_folder / "file", "");
     CTonboxDoc document(m_dialogs, m_audioSystem, m_view);
     EXPECT_FALSE(document.OnNewDocument({.m_userFolder = m_folder / "file/Velmora"}));
+    EXPECT_FALSE(document.hasUserFolder());
     ASSERT_EQ(m_dialogs.m_messages.size(), 1U);
     EXPECT_NE(m_dialogs.m_messages.front().find("file/Velmora"), std::string::npos);
     EXPECT_EQ(m_audioSystem.uses(), 0);

@@ -20,8 +20,8 @@ namespace velmora::test {
 
 namespace {
 
-constexpr int DIALOG_POLL = 20;        // ms
-constexpr int EVENT_PATIENCE = 5000;   // ms that an event may take through the X server
+constexpr int DIALOG_POLL = 20;      // ms
+constexpr int EVENT_PATIENCE = 5000; // ms that an event may take through the X server
 constexpr int NOTCH = 120;
 
 // Key symbols of keys that stand for no letter; letters and signs have their code of Latin-1.
@@ -237,7 +237,7 @@ void CHand::type(const QString& sText)
             if (!m_pX11)
                 QTest::keyClick(QApplication::focusWindow(), character.toLatin1());
             else if (!m_pX11->key(character.unicode()))
-                ADD_FAILURE() << "the keyboard has no " << character.unicode();
+                ADD_FAILURE() << "the keyboard has no " << character.toLatin1();
         });
     }
 }
@@ -266,7 +266,8 @@ void CHand::choose(QComboBox& box, const QString& sText)
 {
     box.setFocus();
     click(box);
-    if (!waitFor([&] { return box.view()->isVisible() && box.view()->window()->windowHandle()->isExposed(); }))
+    if (!waitFor(
+            [&] { return box.view()->isVisible() && box.view()->window()->windowHandle()->isExposed(); }))
         ADD_FAILURE() << "the list does not open";
     key(Qt::Key_Home);
     for (int nEntry = 1; nEntry < box.count() && box.view()->currentIndex().data().toString() != sText;

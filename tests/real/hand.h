@@ -63,8 +63,8 @@ class CHand
     // The button of a dialog by its text, mnemonics left out.
     void clickButton(QWidget& dialog, const QString& sText);
 
-    // Does what opens a modal dialog, and meanwhile what is to be done in it. Fails the test if none comes, or
-    // if it is still open afterwards.
+    // Does what opens a modal dialog, and meanwhile what is to be done in it. Fails the test if none comes,
+    // or if it is still open afterwards.
     void inDialog(const std::function<void()>& open, const std::function<void(QDialog&)>& work);
 
     // Does what shows a message box, and answers it. The box's text.

@@ -69,7 +69,8 @@ CVirtualScreen::CVirtualScreen(int nWidth, int nHeight)
         throw std::runtime_error("no pipe");
     m_pServer = std::make_unique<CBackgroundProgram>(
         std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(KEPT_DESCRIPTOR), "-screen", "0",
-                                 std::to_string(nWidth) + "x" + std::to_string(nHeight) + "x24", "-nolisten", "tcp", "-noreset"},
+                                 std::to_string(nWidth) + "x" + std::to_string(nHeight) + "x24", "-nolisten",
+                                 "tcp", "-noreset"},
         ends[1]);
     ::close(ends[1]);
     // The server writes its number when it is ready.

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 #include <optional>
 
-// With VELMORA_HAND=x11 the cases run on an X server of their own, with events that come from it; else without
-// a display.
+// With VELMORA_HAND=x11 the cases run on an X server of their own, with events that come from it; else
+// without a display.
 int main(int nArguments, char** ppArguments)
 {
     velmora::test::isolateAudioServers();

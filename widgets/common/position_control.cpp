@@ -96,6 +96,12 @@ void CPositionControl::setHeld(bool bHeld)
     update();
 }
 
+void CPositionControl::lookChanged()
+{
+    setHeld(false);
+    CSlotControl<QWidget>::lookChanged();
+}
+
 void CPositionControl::dragBy(double dSteps)
 {
     m_dDragged += dSteps;

@@ -50,6 +50,9 @@ class CPositionControl : public CSlotControl<QWidget>, public IAccessibleInstrum
     [[nodiscard]] virtual double pageSteps() const { return 16.0; }
     [[nodiscard]] virtual double fineness(Qt::KeyboardModifiers modifiers) const;
 
+    // The role tells whose value it is: with another role a hand that holds the control loses it.
+    void lookChanged() override;
+
     // While it is held, drags add up beyond the ends: what went too far must come back first.
     void setHeld(bool bHeld);
     void dragBy(double dSteps);

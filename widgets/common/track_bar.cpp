@@ -135,6 +135,12 @@ void CTrackBar::mouseReleaseEvent(QMouseEvent* pEvent)
     setHeld(false);
 }
 
+void CTrackBar::lookChanged()
+{
+    m_repeat.stop();
+    CPositionControl::lookChanged();
+}
+
 // The part of the widget between two positions along the track, and two distances from its middle line.
 QRectF CTrackBar::span(double dFrom, double dTo, double dLeft, double dRight) const
 {

@@ -36,6 +36,7 @@ class CTrackBar : public CPositionControl
 
   protected:
     void moveToEnd(bool bHighest) override;
+    void lookChanged() override;
     void paintEvent(QPaintEvent* pEvent) override;
     void mousePressEvent(QMouseEvent* pEvent) override;
     void mouseMoveEvent(QMouseEvent* pEvent) override;
@@ -55,7 +56,6 @@ class CTrackBar : public CPositionControl
     Qt::Orientation m_eOrientation = Qt::Vertical;
     bool m_bCountsFromTop = false;
     bool m_bQuarterMarks = true;
-    bool m_bPaging = false;
     bool m_bPagingUp = false;
     double m_dMouse = 0.0; // the last place along the track
     QTimer m_repeat;

@@ -25,6 +25,9 @@ class CValueBox : public CSlotControl<QLineEdit>
     // Selects everything and takes the focus.
     void edit();
 
+    // Ends an edit as Enter does; nothing without one.
+    void commit();
+
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -40,8 +43,6 @@ class CValueBox : public CSlotControl<QLineEdit>
     void focusOutEvent(QFocusEvent* pEvent) override;
 
   private:
-    void commit();
-
     QString m_sValue;
 };
 

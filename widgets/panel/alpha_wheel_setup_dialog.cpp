@@ -9,6 +9,7 @@
 #include "widgets/common/theme.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -112,6 +113,14 @@ void CAlphaWheelSetupDialog::done(int nResult)
     QDialog::done(nResult);
     if (m_closed)
         m_closed();
+}
+
+// Enter in the list has opened an item, and does not close the dialog besides.
+void CAlphaWheelSetupDialog::keyPressEvent(QKeyEvent* pEvent)
+{
+    const bool bEnter = pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter;
+    if (!bEnter || focusWidget() != m_pList || m_pList->currentRow() < 0)
+        QDialog::keyPressEvent(pEvent);
 }
 
 UINT CAlphaWheelSetupDialog::idAt(int nRow) const

@@ -41,6 +41,9 @@ class CAlphaWheelSetupDialog : public QDialog
 
     void done(int nResult) override;
 
+  protected:
+    void keyPressEvent(QKeyEvent* pEvent) override;
+
   private:
     [[nodiscard]] QLayout* buildButtons();
     void newItem();

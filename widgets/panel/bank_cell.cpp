@@ -12,12 +12,9 @@ CBankCell::CBankCell(UINT uSlot, QWidget* pParent) : CSlotCell(uSlot, pParent), 
 
 void CBankCell::showState(const CPanelSlotState& state, ESlotRole eRole)
 {
-    QStringList items = m_emptyItems;
-    if (state.m_bAssigned) {
-        items.clear();
-        for (const std::string& sItem : state.m_items)
-            items << qs(sItem);
-    }
+    QStringList items;
+    for (const std::string& sItem : state.m_items)
+        items << qs(sItem);
     m_pBank->setRole(eRole);
     m_pBank->setLabel(qs(state.m_sName));
     m_pBank->setItems(items);

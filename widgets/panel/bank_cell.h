@@ -2,8 +2,6 @@
 
 #include "widgets/panel/slot_cell.h"
 
-#include <QStringList>
-
 namespace velmora {
 
 class CRadioBank;
@@ -15,9 +13,6 @@ class CBankCell : public CSlotCell
 
   public:
     CBankCell(UINT uSlot, QWidget* pParent);
-
-    // What the buttons read while the bank is empty.
-    void setEmptyItems(const QStringList& items) { m_emptyItems = items; }
 
     void showState(const CPanelSlotState& state, ESlotRole eRole) override;
     [[nodiscard]] QWidget* focusTarget() override;
@@ -31,7 +26,6 @@ class CBankCell : public CSlotCell
 
   private:
     CRadioBank* m_pBank;
-    QStringList m_emptyItems;
 };
 
 } // namespace velmora

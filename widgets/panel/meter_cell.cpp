@@ -31,16 +31,12 @@ CMeterCell::CMeterCell(UINT uSlot, QWidget* pParent)
     m_pMeter->installEventFilter(this);
 }
 
-void CMeterCell::setLook(UINT uColourScheme, bool bUpsideDown)
-{
-    m_pMeter->setColourScheme(uColourScheme);
-    m_pMeter->setUpsideDown(bUpsideDown);
-}
-
 void CMeterCell::showState(const CPanelSlotState& state, ESlotRole eRole)
 {
     m_pMeter->setRole(eRole);
     m_pMeter->setActive(state.m_bAssigned);
+    m_pMeter->setColourScheme(state.m_uMeterColorScheme);
+    m_pMeter->setUpsideDown(state.m_bUpsideDownMeter);
     m_pMeter->setAccessibleName(spokenName(state));
     m_pText->setText(state.m_bAssigned ? qs(state.m_sName) : QString());
     m_pNumber->setLook(state.m_bAssigned ? CPanelLabel::ELook::Text : CPanelLabel::ELook::Quiet);

@@ -16,9 +16,6 @@ class CMeterCell : public CSlotCell
   public:
     CMeterCell(UINT uSlot, QWidget* pParent);
 
-    // CUICtrl::uMeterColorScheme, bUpsideDownMeter.
-    void setLook(UINT uColourScheme, bool bUpsideDown);
-
     void showState(const CPanelSlotState& state, ESlotRole eRole) override;
     [[nodiscard]] QWidget* focusTarget() override;
 

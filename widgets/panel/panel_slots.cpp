@@ -1,15 +1,10 @@
 #include "widgets/panel/panel_slots.h"
 
-#include "host/dsp_filter.h"
-#include "panel/panel_laws.h"
-#include "project/control_list.h"
 #include "project/control_slots.h"
-#include "project/dsp_project.h"
 #include "widgets/common/led_meter.h"
 #include "widgets/common/panel_button.h"
 #include "widgets/common/qt_text.h"
 #include "widgets/common/value_box.h"
-#include "widgets/panel/bank_cell.h"
 #include "widgets/panel/meter_cell.h"
 #include "widgets/panel/slider_cell.h"
 #include "widgets/panel/slot_focus.h"
@@ -21,7 +16,6 @@ namespace velmora {
 
 namespace {
 
-constexpr UINT FIRST_BANK = 41;
 constexpr UINT FIRST_BUTTON = 50;
 
 } // namespace
@@ -109,6 +103,26 @@ bool CPanelSlots::eventFilter(QObject* pWatched, QEvent* pEvent)
     return QObject::eventFilter(pWatched, pEvent);
 }
 
+CSliderCell* CPanelSlots::usedSlider(UINT uSlot) const
+{
+    auto* pSlider = qobject_cast<CSliderCell*>(cell(uSlot));
+    return pSlider && !pSlider->valueBox().isHidden() ? pSlider : nullptr;
+}
+
+bool CPanelSlots::commitValue(UINT uSlot)
+{
+    CSliderCell* pSlider = usedSlider(uSlot);
+    if (pSlider)
+        pSlider->valueBox().commit();
+    return pSlider != nullptr;
+}
+
+void CPanelSlots::selectValue(UINT uSlot)
+{
+    if (CSliderCell* pSlider = usedSlider(uSlot))
+        pSlider->editValue();
+}
+
 void CPanelSlots::selectNextValue(UINT uSlot)
 {
     const UINT uSliders = static_cast<UINT>(panelPlace(EPanelPart::Sliders).m_nCount);
@@ -157,47 +171,11 @@ void CPanelSlots::showSlot(UINT uSlot)
     CSlotCell* pCell = cell(uSlot);
     if (!pCell)
         return;
-    CPanelSlotState state;
-    if (m_pModel)
-        state = m_pModel->state(uSlot);
-    if (!state.m_bAssigned)
-        state.m_sName = slotCaption(uSlot);
-    showEmptyBankItems(pCell);
-    showMeterLook(uSlot);
+    const CPanelSlotState state = m_pModel ? m_pModel->state(uSlot) : emptySlotState(uSlot, false);
     pCell->showState(state, roleOf(state.m_bAssigned));
     const bool bFree = m_pModel && m_pModel->project() && !m_pModel->filter() && !state.m_bAssigned;
     pCell->setToolTip(bFree ? QStringLiteral("Free: right-click or press Shift+F10 to set it up")
                             : QString());
-}
-
-void CPanelSlots::showEmptyBankItems(CSlotCell* pCell)
-{
-    auto* pBank = qobject_cast<CBankCell*>(pCell);
-    if (!pBank)
-        return;
-    const bool bProject = m_pModel && m_pModel->project();
-    QStringList items;
-    for (UINT uButton = 0; uButton < 8; uButton++)
-        items << qs(radioButtonCaption(pCell->slot() - FIRST_BANK, uButton, bProject));
-    pBank->setEmptyItems(items);
-}
-
-// Colours and direction come from the loaded filter's control, else from the project's record.
-void CPanelSlots::showMeterLook(UINT uSlot)
-{
-    auto* pMeter = qobject_cast<CMeterCell*>(cell(uSlot));
-    if (!pMeter || !m_pModel)
-        return;
-    CDSPFilter* pFilter = m_pModel->filter();
-    const CDSPFilterControl* pControl = pFilter ? pFilter->getControlById(uSlot) : nullptr;
-    if (pControl) {
-        pMeter->setLook(pControl->uMeterColorScheme, pControl->bUpsideDownMeter);
-        return;
-    }
-    const CDSPProject* pProject = m_pModel->project();
-    const CUICtrl* pRecord = pProject ? findControl(pProject->m_UIControlList, uSlot) : nullptr;
-    if (pRecord)
-        pMeter->setLook(pRecord->uMeterColorScheme, pRecord->bUpsideDownMeter);
 }
 
 void CPanelSlots::showButton(UINT uButton)

@@ -41,6 +41,8 @@ class CPanelSlots : public QObject
 
     [[nodiscard]] CSlotCell* cell(UINT uSlot) const; // null for a slot without one
     [[nodiscard]] CPanelButton* button(UINT uButton) const;
+    bool commitValue(UINT uSlot);
+    void selectValue(UINT uSlot);
     void selectNextValue(UINT uSlot);
 
     // What the Tab key leads to in a part.
@@ -57,9 +59,8 @@ class CPanelSlots : public QObject
     void createButtons();
     void connectCell(CSlotCell* pCell);
     void enterText(CSlotCell* pCell, const QString& sText);
-    void showMeterLook(UINT uSlot);
-    void showEmptyBankItems(CSlotCell* pCell);
     [[nodiscard]] ESlotRole roleOf(bool bAssigned) const;
+    [[nodiscard]] CSliderCell* usedSlider(UINT uSlot) const; // null for any other slot
 
     struct CGroup
     {

@@ -99,6 +99,15 @@ void CProjectBar::setBusy(bool bBusy)
     refresh();
 }
 
+void CProjectBar::setBuilding(bool bBuilding)
+{
+    m_bBuilding = bBuilding;
+    CPanelButton& rebuild = button(EProjectButton::Rebuild);
+    rebuild.setText(bBuilding ? QStringLiteral("Cancel") : QStringLiteral("Rebuild"));
+    rebuild.setAccessibleName(bBuilding ? QStringLiteral("Cancel the build") : rebuild.text());
+    refresh();
+}
+
 void CProjectBar::setCompilerText(const QString& sLine1, const QString& sLine2)
 {
     m_pStrip->setLines(sLine1, sLine2);
@@ -110,14 +119,15 @@ void CProjectBar::setPresets(const QStringList& names, int nCurrent)
     refresh();
 }
 
-// The buttons keep answering without a project: the command then tells what is missing. Only a build holds
-// them back.
+// The buttons keep answering without a project: the command then tells what is missing. Only a long command
+// holds them back; a build can be ended by its own button.
 void CProjectBar::refresh()
 {
     for (CPanelButton* pButton : m_buttons) {
         pButton->setEnabled(!m_bBusy);
         pButton->setRole(ESlotRole::Assigned);
     }
+    button(EProjectButton::Rebuild).setEnabled(!m_bBusy || m_bBuilding);
     button(EProjectButton::LoadOrUnload).setRole(m_bLoaded ? ESlotRole::Live : ESlotRole::Assigned);
     const bool bPresets = m_bProject && !m_bBusy;
     m_pPresets->setEnabled(bPresets && m_pPresets->count() > 0);

@@ -23,6 +23,7 @@ class CProjectBar : public QWidget
     void setLoaded(bool bLoaded, const QString& sName);
     void setDebugging(bool bDebugging);
     void setBusy(bool bBusy);
+    void setBuilding(bool bBuilding); // "Rebuild" reads "Cancel" and can be pressed
     void setCompilerText(const QString& sLine1, const QString& sLine2);
     void setPresets(const QStringList& names, int nCurrent);
 
@@ -52,6 +53,7 @@ class CProjectBar : public QWidget
     bool m_bProject = false;
     bool m_bLoaded = false;
     bool m_bBusy = false;
+    bool m_bBuilding = false;
 };
 
 } // namespace velmora

@@ -178,6 +178,11 @@ void CPrototypePanel::setDebugging(bool bDebugging)
     m_pProjectBar->setDebugging(bDebugging);
 }
 
+void CPrototypePanel::setBuilding(bool bBuilding)
+{
+    m_pProjectBar->setBuilding(bBuilding);
+}
+
 void CPrototypePanel::setBusy(bool bBusy)
 {
     m_pProjectBar->setBusy(bBusy);
@@ -188,6 +193,16 @@ void CPrototypePanel::focusFirst()
     QWidget* pFirst =
         m_pInvitation->isHidden() ? m_pSlots->stop(EPanelPart::Sliders) : &m_pInvitation->newProject();
     pFirst->setFocus(Qt::OtherFocusReason);
+}
+
+bool CPrototypePanel::commitValue(UINT uSlot)
+{
+    return m_pSlots->commitValue(uSlot);
+}
+
+void CPrototypePanel::selectValue(UINT uSlot)
+{
+    m_pSlots->selectValue(uSlot);
 }
 
 void CPrototypePanel::selectNextValue(UINT uSlot)
@@ -203,8 +218,11 @@ QSize CPrototypePanel::sizeHint() const
 // By keyboard the focused slot is meant, wherever the mouse is.
 void CPrototypePanel::contextMenuEvent(QContextMenuEvent* pEvent)
 {
-    const bool bKeyboard = pEvent->reason() == QContextMenuEvent::Keyboard;
-    pEvent->setAccepted(bKeyboard ? requestSetupOfFocus() : requestSetup(pEvent->pos()));
+    const bool bProject = m_pModel && m_pModel->project();
+    if (pEvent->reason() == QContextMenuEvent::Keyboard)
+        pEvent->setAccepted(requestSetupOfFocus());
+    else
+        pEvent->setAccepted(!bProject || requestSetup(pEvent->pos()));
 }
 
 void CPrototypePanel::keyPressEvent(QKeyEvent* pEvent)

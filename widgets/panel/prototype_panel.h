@@ -63,6 +63,7 @@ class CPrototypePanel : public QWidget
     void setProjectName(const QString& sName); // empty for none
     void setDebugging(bool bDebugging);        // "Debug" or "Stop Debug"
     void setBusy(bool bBusy);                  // a build runs: its buttons and the presets rest
+    void setBuilding(bool bBuilding);          // the button that began it ends it
 
     [[nodiscard]] int routing() const;
     [[nodiscard]] int display() const;
@@ -71,12 +72,17 @@ class CPrototypePanel : public QWidget
     // Puts the focus where work begins: on the invitation, else on the sliders.
     void focusFirst();
 
-    // Puts the focus on the value box of the next slider slot that is in use, its text selected.
+    // Takes over what is being typed into a slider slot's value box. False for a slot without one.
+    bool commitValue(UINT uSlot);
+
+    // Puts the focus on the value box of a slider slot, or of the next one that takes text, its text
+    // selected.
+    void selectValue(UINT uSlot);
     void selectNextValue(UINT uSlot);
 
   signals:
-    // The slot's properties are asked for: right button, Menu key, Shift+F10, or "Click to Setup". Raised in
-    // every state of the panel; whether it may be done now is the receiver's to say.
+    // The slot's properties are asked for: right button, Menu key, Shift+F10, or "Click to Setup". Whether it
+    // may be done now is the receiver's to say; only the right button is silent without a project.
     void setupRequested(UINT uSlot);
     void alphaWheelSetupRequested();
     void assignableSetupRequested();

@@ -9,6 +9,7 @@
 #include "widgets/common/qt_text.h"
 
 #include <QCoreApplication>
+#include <limits>
 
 namespace velmora {
 
@@ -38,7 +39,7 @@ CCompilerControl::CCompilerControl(const CParts& parts)
 
 void CCompilerControl::projectChanged()
 {
-    m_strip.closeProject();
+    releaseProject();
     if (CDSPProject* pProject = m_parts.m_commands.project())
         m_strip.followProject(*pProject);
     else
@@ -50,6 +51,8 @@ bool CCompilerControl::isCompilerThere() const
     const CDSPProject* pProject = m_parts.m_commands.project();
     if (!pProject)
         return false;
+    if (!m_parts.m_commands.mayControlCompiler())
+        return true; // it is not told of edits
     const ECompilerState eState = m_parts.m_commands.toolchain().state(*pProject);
     return eState != ECompilerState::notFound && eState != ECompilerState::starting;
 }
@@ -68,12 +71,25 @@ void CCompilerControl::toggleDebug()
     m_strip.toggleDebug(m_parts.m_commands.project());
 }
 
-bool CCompilerControl::changeCompiler(int nCompilerId)
+IToolchain& CCompilerControl::choose(int nCompilerId)
 {
-    return m_strip.changeCompiler(m_parts.m_commands.project(), nCompilerId, [&]() -> IToolchain& {
-        static_cast<void>(m_parts.m_commands.compilers().choose(nCompilerId));
-        return m_parts.m_commands.toolchain();
-    });
+    static_cast<void>(m_parts.m_commands.compilers().choose(nCompilerId));
+    return m_parts.m_commands.toolchain();
+}
+
+void CCompilerControl::applySettings()
+{
+    m_parts.m_commands.applySettings();
+    m_strip.setToolchain(m_parts.m_commands.toolchain());
+    const auto nWanted = static_cast<int>(m_parts.m_document.settings().compilerId());
+    if (nWanted != m_parts.m_commands.compilers().chosenId())
+        m_strip.changeCompiler(m_parts.m_commands.project(), nWanted,
+                               [=, this]() -> IToolchain& { return choose(nWanted); });
+}
+
+void CCompilerControl::takeChosenCompiler()
+{
+    m_strip.setToolchain(choose(static_cast<int>(m_parts.m_document.settings().compilerId())));
 }
 
 void CCompilerControl::updateLinkerSettings(CDSPProject& project)
@@ -82,69 +98,64 @@ void CCompilerControl::updateLinkerSettings(CDSPProject& project)
     velmora::updateLinkerSettings(project, m_parts.m_commands.environment(), m_parts.m_dialogs, changed);
 }
 
-bool CCompilerControl::isPlugInLoaded()
-{
-    return m_parts.m_document.plugInLoader().current() != nullptr;
-}
-
-void CCompilerControl::unloadPlugIn()
-{
-    m_parts.m_commands.unloadPlugIn();
-}
-
-bool CCompilerControl::writeCode(CDSPProject&)
-{
-    return m_parts.m_commands.writeCode();
-}
-
 void CCompilerControl::showStatus(std::string_view sLabel, std::string_view sState)
 {
     emit statusChanged(qs(sLabel), qs(sState));
 }
 
-// A build is waited for, with the window served meanwhile; only the state has a timer.
-void CCompilerControl::setTimer(EStripTimer eTimer, unsigned uMilliseconds)
+void CCompilerControl::setTimer(unsigned uMilliseconds)
 {
-    if (eTimer == EStripTimer::state)
-        m_stateTimer.start(static_cast<int>(uMilliseconds));
+    m_stateTimer.start(static_cast<int>(uMilliseconds));
 }
 
-void CCompilerControl::killTimer(EStripTimer eTimer)
+void CCompilerControl::holdTexts(std::string_view sLabel, std::string_view sText)
 {
-    if (eTimer == EStripTimer::state)
-        m_stateTimer.stop();
+    m_stateTimer.stop();
+    showTexts(sLabel, sText);
+}
+
+void CCompilerControl::endTexts()
+{
+    if (m_parts.m_commands.project())
+        setTimer(STRIP_INTERVAL.count());
 }
 
 bool CCompilerControl::report(double)
 {
     if (m_sinceBuildingTick.hasExpired(BUILDING_TICK_INTERVAL)) {
         m_sinceBuildingTick.restart();
-        onEvent(EStripEvent::building);
+        onEvent(m_bReady ? EStripEvent::building : EStripEvent::starting);
     }
     QCoreApplication::processEvents(QEventLoop::AllEvents, PUMP_MILLISECONDS);
     return !m_bCancelled;
 }
 
-void CCompilerControl::rebuild()
+// It is waited for, with the window served meanwhile, for as long as the user wants.
+bool CCompilerControl::rebuild()
 {
     if (m_bBuilding) {
         cancel();
-        return;
+        return false;
     }
     m_bBuilding = true;
+    m_bReady = false;
     m_bCancelled = false;
     m_stateTimer.stop();
     m_sinceBuildingTick.start();
     emit buildingChanged(true);
-    if (m_parts.m_commands.project())
-        showTexts("compiler", "..ready..");
     CRebuildOptions options;
+    options.m_dDeadlineSeconds = std::numeric_limits<double>::infinity();
     options.m_pProgress = this;
+    options.m_onReady = [this] {
+        m_bReady = true;
+        showTexts("compiler", "..ready..");
+    };
     const CRebuildResult result = m_parts.m_commands.rebuild(options);
     m_bBuilding = false;
     tell(result);
     emit buildingChanged(false);
     emit built(result.m_bLoaded);
+    return result.m_bLoaded;
 }
 
 void CCompilerControl::tell(const CRebuildResult& result)
@@ -161,20 +172,13 @@ void CCompilerControl::tell(const CRebuildResult& result)
         m_parts.m_dialogs.note(formatted("Built in %.2f s.", build.m_dSeconds));
         return onEvent(EStripEvent::buildSucceeded);
     case EBuildState::none:
-        if (m_parts.m_commands.project())
-            m_stateTimer.start(static_cast<int>(STRIP_INTERVAL.count()));
-        return;
-    case EBuildState::building: // the time ran out
+        return endTexts();
+    case EBuildState::building: // it was not waited for any longer
     case EBuildState::failed:
         onEvent(EStripEvent::buildFailed);
         if (!build.m_bCancelled)
             emit failed();
     }
-}
-
-void CCompilerControl::showTexts(std::string_view sLabel, std::string_view sText)
-{
-    m_strip.show(sLabel, sText);
 }
 
 } // namespace velmora

@@ -31,17 +31,26 @@ class CCompilerControl : public QObject, private IProgress, private IStatusStrip
 
     explicit CCompilerControl(const CParts& parts);
 
-    // Another project is open, or none.
+    // The open project is about to go; then another one is open, or none.
+    void releaseProject() { m_strip.closeProject(); }
     void projectChanged();
 
     void startCompiler();
     void toggleDebug();
 
-    // The user chose another compiler. False if it stays as it was.
-    bool changeCompiler(int nCompilerId);
+    // Debugging, if it was begun here, ends, as ahead of another project.
+    void stopDebugging() { m_strip.stopDebugging(); }
 
-    // Writes the code, has it compiled, and loads the result. A call while it runs ends the build.
-    void rebuild();
+    // Follows the settings after "Save" of the preferences: with a change of compiler the user is asked first
+    // if the one before is at work, and may keep it until a project is opened.
+    void applySettings();
+
+    // The compiler of the settings is taken without a question, as ahead of another project.
+    void takeChosenCompiler();
+
+    // Writes the code, has it compiled, and loads the result; answers whether it was loaded. A call while it
+    // runs ends the build.
+    bool rebuild();
     void cancel() { m_bCancelled = true; }
     [[nodiscard]] bool isBuilding() const { return m_bBuilding; }
 
@@ -51,8 +60,11 @@ class CCompilerControl : public QObject, private IProgress, private IStatusStrip
     // Whether the compiler can take an edit: it is up, or needs no window.
     [[nodiscard]] bool isCompilerThere() const;
 
-    // Two texts of a command, such as "Copying" and "Files...".
-    void showTexts(std::string_view sLabel, std::string_view sText);
+    // Two texts of a command, such as "Copying" and "Files...". They stand until endTexts(), or else until
+    // the compiler's state is looked at next.
+    void showTexts(std::string_view sLabel, std::string_view sText) { m_strip.show(sLabel, sText); }
+    void holdTexts(std::string_view sLabel, std::string_view sText);
+    void endTexts();
 
   signals:
     void statusChanged(const QString& sLabel, const QString& sText);
@@ -66,16 +78,13 @@ class CCompilerControl : public QObject, private IProgress, private IStatusStrip
     [[nodiscard]] bool report(double fDone) override;
 
     void showStatus(std::string_view sLabel, std::string_view sState) override;
-    void setTimer(EStripTimer eTimer, unsigned uMilliseconds) override;
-    void killTimer(EStripTimer eTimer) override;
+    void setTimer(unsigned uMilliseconds) override;
+    void killTimer() override { m_stateTimer.stop(); }
     void takeFocus() override { emit focusWanted(); }
     void setDebugButton(std::string_view sText) override { emit debuggingChanged(sText != "Debug"); }
     void updateLinkerSettings(CDSPProject& project) override;
-    [[nodiscard]] bool isPlugInLoaded() override;
-    void unloadPlugIn() override;
-    void loadBuiltPlugIn(const CBuildReport&) override {} // rebuild() does
-    [[nodiscard]] bool writeCode(CDSPProject& project) override;
 
+    [[nodiscard]] IToolchain& choose(int nCompilerId);
     void tell(const CRebuildResult& result);
 
     CParts m_parts;
@@ -83,6 +92,7 @@ class CCompilerControl : public QObject, private IProgress, private IStatusStrip
     QTimer m_stateTimer;
     QElapsedTimer m_sinceBuildingTick;
     bool m_bBuilding = false;
+    bool m_bReady = false; // the compiler that the build waited for
     bool m_bCancelled = false;
 };
 

@@ -2,18 +2,15 @@
 
 #include "document/project_commands.h"
 #include "document/tonbox_doc.h"
-#include "host/user_dsp_filter.h"
-#include "panel/panel_laws.h"
+#include "host/dsp_filter.h"
 #include "project/dsp_project.h"
 #include "project/preset_folder.h"
 #include "widgets/common/message_dialogs.h"
 #include "widgets/common/progress_box.h"
 #include "widgets/common/qt_text.h"
 #include "widgets/panel/prototype_panel.h"
-#include "widgets/shell/preferences_edit.h"
-#include "widgets/shell/status_window.h"
 
-#include <QSettings>
+#include <utility>
 
 namespace velmora {
 
@@ -22,7 +19,6 @@ namespace {
 constexpr int TICK_MILLISECONDS = 33; // of the meters
 constexpr int TRANSPORT_TICKS = 2;    // the transport's timer is due every so many ticks
 constexpr int AUTOSAVE_TICKS = 60;
-constexpr const char* NO_PROJECT = "Open or Create a new Project first!";
 
 } // namespace
 
@@ -67,8 +63,9 @@ void CDesignerView::attach(CTonboxDoc& document, QSettings& profile,
     m_pPanelDialogs = std::make_unique<CPanelDialogs>(
         CPanelDialogs::CParts{*m_pCommands, *m_pCompiler, m_model, m_dialogs, m_messages, m_pPanel});
     connect(m_pPanelDialogs.get(), &CPanelDialogs::edited, this, &CDesignerView::showProject);
-    m_pProjectDialogs = std::make_unique<CProjectDialogs>(
-        CProjectDialogs::CParts{document, *m_pCommands, m_dialogs, profile, m_pPanel});
+    m_pProjectDialogs = std::make_unique<CProjectDialogs>(CProjectDialogs::CParts{
+        document, *m_pCommands, m_dialogs, profile, m_pPanel,
+        [this](std::string_view sLabel, std::string_view sText) { m_pCompiler->showTexts(sLabel, sText); }});
     m_pToolWindows = std::make_unique<CToolWindows>(CToolWindows::CParts{document, m_dialogs, m_pPanel});
     connect(m_pToolWindows.get(), &CToolWindows::shownChanged, this, &CDesignerView::transportChanged);
     const CAudioEngine& engine = document.audioEngine();
@@ -128,6 +125,7 @@ void CDesignerView::connectCompiler()
 {
     CCompilerControl* pCompiler = m_pCompiler.get();
     connect(pCompiler, &CCompilerControl::statusChanged, m_pPanel.data(), &CPrototypePanel::setCompilerText);
+    connect(pCompiler, &CCompilerControl::buildingChanged, m_pPanel.data(), &CPrototypePanel::setBuilding);
     connect(pCompiler, &CCompilerControl::buildingChanged, this, &CDesignerView::setBusy);
     connect(pCompiler, &CCompilerControl::debuggingChanged, m_pPanel.data(), &CPrototypePanel::setDebugging);
     connect(pCompiler, &CCompilerControl::focusWanted, this,
@@ -136,7 +134,7 @@ void CDesignerView::connectCompiler()
             [this] { showToolWindow(EToolWindow::Status, true); });
     connect(pCompiler, &CCompilerControl::built, this, [this] {
         afterPlugIn();
-        if (m_bCloseWanted)
+        if (std::exchange(m_bCloseWanted, false))
             QMetaObject::invokeMethod(m_pPanel->window(), &QWidget::close, Qt::QueuedConnection);
     });
 }
@@ -231,6 +229,20 @@ void CDesignerView::showFilter(CDSPFilter* pFilter)
     emit plugInChanged();
 }
 
+void CDesignerView::releaseProject()
+{
+    m_model.setProject(nullptr);
+    if (m_pPanelDialogs)
+        m_pPanelDialogs->closeProject();
+    if (m_pCompiler)
+        m_pCompiler->releaseProject();
+}
+
+void CDesignerView::takeProject()
+{
+    m_model.setProject(m_pDocument ? m_pDocument->project() : nullptr);
+}
+
 void CDesignerView::streamStopped()
 {
     emit transportChanged();
@@ -248,6 +260,7 @@ void CDesignerView::showProject()
     else
         m_model.setProject(pProject);
     m_pPanel->setProjectName(pProject ? qs(pProject->m_sProjectName) : QString());
+    m_pPanelDialogs->refreshAlphaWheel();
     showPresets();
     emit projectChanged();
 }
@@ -288,15 +301,26 @@ void CDesignerView::setBusy(bool bBusy)
     emit busyChanged(bBusy);
 }
 
+bool CDesignerView::isBuilding() const
+{
+    return m_pCompiler && m_pCompiler->isBuilding();
+}
+
 bool CDesignerView::isBusy() const
 {
     return m_bBusy || isWaiting();
 }
 
+void CDesignerView::tell(const std::string& sText)
+{
+    m_dialogs.note(sText);
+    emit told(qs(sText));
+}
+
 bool CDesignerView::requireProject()
 {
     if (!m_pCommands->project())
-        m_dialogs.showMessage(NO_PROJECT);
+        m_dialogs.showMessage(PROJECT_NEEDED);
     return m_pCommands->project() != nullptr;
 }
 
@@ -312,263 +336,6 @@ void CDesignerView::onProjectCommand(EProjectButton eButton)
     case EProjectButton::LoadOrUnload:
         return m_model.isPlugInLoaded() ? unloadPlugIn() : loadPlugIn();
     }
-}
-
-// ------------------------------------------------------------------------------------------------
-// Commands
-// ------------------------------------------------------------------------------------------------
-
-void CDesignerView::newProject()
-{
-    if (m_pProjectDialogs->newProject()) {
-        m_pCompiler->projectChanged();
-        showProject();
-    }
-}
-
-void CDesignerView::openProject()
-{
-    if (const auto file = m_pProjectDialogs->chooseProject())
-        openProjectFile(*file);
-}
-
-bool CDesignerView::openProjectFile(const std::filesystem::path& file)
-{
-    if (isBusy() || !m_pProjectDialogs->offerRecovery(file))
-        return false;
-    const bool bOpened = m_pCommands->openProject(file);
-    if (bOpened)
-        m_pCompiler->projectChanged();
-    showProject();
-    return bOpened;
-}
-
-void CDesignerView::editProject()
-{
-    afterEdit(m_pProjectDialogs->editProject());
-}
-
-void CDesignerView::saveProjectAs()
-{
-    afterEdit(m_pProjectDialogs->saveAs());
-}
-
-void CDesignerView::clearProject()
-{
-    afterEdit(m_pCommands->clearProject());
-}
-
-void CDesignerView::importUIControls()
-{
-    if (!requireProject())
-        return;
-    if (const auto file = m_pProjectDialogs->chooseProject())
-        afterEdit(m_pCommands->importControls(*file));
-}
-
-void CDesignerView::undo()
-{
-    afterEdit(m_pCommands->undo());
-}
-
-void CDesignerView::redo()
-{
-    afterEdit(m_pCommands->redo());
-}
-
-QString CDesignerView::undoText() const
-{
-    return m_pCommands && !m_model.isPlugInLoaded() && m_pCommands->edits().canUndo()
-               ? qs(m_pCommands->edits().nextUndo()->m_sLabel)
-               : QString();
-}
-
-QString CDesignerView::redoText() const
-{
-    return m_pCommands && !m_model.isPlugInLoaded() && m_pCommands->edits().canRedo()
-               ? qs(m_pCommands->edits().nextRedo()->m_sLabel)
-               : QString();
-}
-
-void CDesignerView::startCompiler()
-{
-    m_pCompiler->startCompiler();
-}
-
-void CDesignerView::rebuild()
-{
-    if (m_pCompiler->isBuilding() || !isBusy())
-        m_pCompiler->rebuild();
-}
-
-void CDesignerView::debug()
-{
-    m_pCompiler->toggleDebug();
-}
-
-void CDesignerView::loadPlugIn()
-{
-    if (!m_bBusy && m_pCommands->loadBuiltPlugIn())
-        afterPlugIn();
-}
-
-void CDesignerView::unloadPlugIn()
-{
-    if (m_bBusy)
-        return;
-    if (m_model.isModule())
-        m_pDocument->plugInLoader().deselectModule();
-    else if (m_pDocument->plugInLoader().current())
-        m_pCommands->unloadPlugIn();
-    else
-        m_pDocument->plugInLoader().unloadPlugin(false);
-    afterPlugIn();
-}
-
-void CDesignerView::resetPlugIn()
-{
-    if (CDSPFilter* pFilter = m_pDocument->currentFilter()) {
-        CRunGate& gate = m_pDocument->audioEngine().gate();
-        const bool bClosed = gate.close();
-        if (bClosed)
-            pFilter->prepareForPlay();
-        gate.open();
-        if (!bClosed)
-            m_dialogs.showMessage("The plug-in does not come back from a call, so it cannot be reset.");
-    }
-}
-
-void CDesignerView::loadRemotePlugIn()
-{
-    if (!m_bBusy && m_pDocument->plugInLoader().loadRemotePlugin())
-        afterPlugIn();
-}
-
-void CDesignerView::reloadPlugIns()
-{
-    if (m_bBusy)
-        return;
-    m_pCommands->unloadPlugIn();
-    m_pDocument->plugInLoader().scanPlugIns(m_pDocument->plugInFolder());
-    afterPlugIn();
-}
-
-void CDesignerView::selectModule(int nIndex)
-{
-    m_pDocument->plugInLoader().setSelectedModule(nIndex);
-    m_pDocument->plugInLoader().selectModule();
-    afterPlugIn();
-}
-
-void CDesignerView::selectPlugIn(int nIndex)
-{
-    m_pDocument->plugInLoader().setSelectedPlugIn(nIndex);
-    m_pDocument->plugInLoader().selectPlugIn();
-    afterPlugIn();
-    if (m_pDocument->plugInLoader().isRebuildRequested())
-        rebuild();
-}
-
-void CDesignerView::synchronizeCode()
-{
-    setBusy(true);
-    m_pCommands->synchronizeCode(
-        [this](std::string_view sLabel, std::string_view sText) { m_pCompiler->showTexts(sLabel, sText); });
-    setBusy(false);
-    afterPlugIn();
-}
-
-void CDesignerView::userVariables()
-{
-    if (requireProject() && m_pProjectDialogs->userVariables())
-        showProject();
-}
-
-void CDesignerView::savePreset()
-{
-    if (m_pProjectDialogs->savePreset(m_sPreset))
-        showPresets();
-}
-
-void CDesignerView::deletePreset()
-{
-    if (m_pProjectDialogs->deletePreset(m_sPreset))
-        showPresets();
-}
-
-void CDesignerView::loadAudioFile()
-{
-    if (const auto file = m_pProjectDialogs->chooseAudioFile())
-        loadAudioFile(*file);
-}
-
-void CDesignerView::loadAudioFile(const std::filesystem::path& file)
-{
-    CTransport& transport = m_pDocument->transport();
-    transport.onStop();
-    transport.setWaveFile(file);
-    if (!transport.loadWaveFormat() && !transport.reason().empty())
-        m_dialogs.note(transport.reason());
-    emit transportChanged();
-}
-
-void CDesignerView::processIntoWaveFile()
-{
-    COfflineProcessing& processing = m_pDocument->offlineProcessing();
-    m_pProgress->setText(tr("Processing into WAV file"));
-    setBusy(true);
-    if (!processing.processIntoWaveFile(m_pDocument->transport().waveFile(), m_pProgress.get()) &&
-        !processing.reason().empty())
-        m_dialogs.note(processing.reason());
-    setBusy(false);
-    emit transportChanged();
-}
-
-void CDesignerView::setupAudioDevices()
-{
-    m_pToolWindows->setUpSoundCard();
-    m_pPanel->setSampleRate(m_pDocument->settings().sampleRate());
-    emit transportChanged();
-}
-
-void CDesignerView::showToolWindow(EToolWindow eWindow, bool bShow)
-{
-    m_pToolWindows->show(eWindow, bShow);
-}
-
-bool CDesignerView::isToolWindowShown(EToolWindow eWindow) const
-{
-    return m_pToolWindows && m_pToolWindows->isShown(eWindow);
-}
-
-void CDesignerView::about()
-{
-    m_pToolWindows->about();
-}
-
-bool CDesignerView::storePreferences(const CPreferencesEdit& edit)
-{
-    if (edit.m_nCompilerId != m_pCommands->compilers().chosenId() &&
-        m_pCompiler->changeCompiler(edit.m_nCompilerId))
-        m_pDocument->settings().setCompilerId(static_cast<unsigned>(edit.m_nCompilerId));
-    return m_pProjectDialogs->storePreferences(edit);
-}
-
-bool CDesignerView::prepareToClose()
-{
-    if (m_pCompiler->isBuilding()) {
-        m_bCloseWanted = true; // when the build has ended
-        m_pCompiler->cancel();
-        return false;
-    }
-    if (isBusy())
-        return false;
-    if (m_pDocument->autosave().isChanged() && !m_pCommands->save())
-        return m_dialogs.askYesNo("The project could not be saved. Do you want to close Velmora and lose the "
-                                  "changes since it was saved last?");
-    m_pCommands->closeProject();
-    m_model.setProject(nullptr);
-    return true;
 }
 
 } // namespace velmora

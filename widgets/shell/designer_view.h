@@ -101,11 +101,13 @@ class CDesignerView : public QObject, public IWorkbenchCommands, public IDocumen
     void about() override;
     bool storePreferences(const CPreferencesEdit& edit) override;
     [[nodiscard]] bool isBusy() const override;
+    [[nodiscard]] bool isBuilding() const override;
     bool prepareToClose() override;
 
   signals:
     void titleChanged(const QString& sTitle);
     void projectChanged();
+    void told(const QString& sText); // a line that must be seen also while the status window is hidden
     void plugInChanged();
     void transportChanged();
     void busyChanged(bool bBusy);
@@ -120,6 +122,8 @@ class CDesignerView : public QObject, public IWorkbenchCommands, public IDocumen
     void refresh() override;
     void showFormat(const CAudioFormat& format) override;
     void showFilter(CDSPFilter* pFilter) override;
+    void releaseProject() override;
+    void takeProject() override;
     void streamStopped() override;
 
     // IPanelView
@@ -167,6 +171,9 @@ class CDesignerView : public QObject, public IWorkbenchCommands, public IDocumen
     void afterEdit(bool bDone);
     void setBusy(bool bBusy);
     [[nodiscard]] bool requireProject();
+    void leaveCompiler();
+    void rememberProject();
+    void tell(const std::string& sText);
 
     CMessageDialogs& m_dialogs;
     CMessageExchange m_messages;

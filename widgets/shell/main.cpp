@@ -6,6 +6,10 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QIcon>
+#include <algorithm>
+#include <memory>
+#include <string_view>
 
 namespace {
 
@@ -26,7 +30,12 @@ int main(int nArguments, char** ppArguments)
     QApplication::setApplicationName("velmora");
     QApplication::setApplicationVersion(velmora::qs(velmora::productVersion()));
     QApplication::setDesktopFileName("velmora");
-    QApplication application(nArguments, ppArguments);
+    // What only asks needs no display.
+    const bool bAsks = std::any_of(ppArguments, ppArguments + nArguments, [](std::string_view sArgument) {
+        return sArgument == "--help" || sArgument == "-h" || sArgument == "--version" || sArgument == "-v";
+    });
+    const std::unique_ptr<QCoreApplication> pApplication(bAsks ? new QCoreApplication(nArguments, ppArguments)
+                                                               : new QApplication(nArguments, ppArguments));
 
     QCommandLineParser parser;
     parser.setApplicationDescription("The audio processing lab: write, compile, host and measure plug-ins.");
@@ -35,7 +44,7 @@ int main(int nArguments, char** ppArguments)
     parser.addOption({"no-splash", "Shows the window at once."});
     parser.addOption({"user-folder", "Uses this folder in place of the user folder.", "DIR"});
     parser.addPositionalArgument("PROJECT", "A project file (.prj) to open.", "[PROJECT]");
-    parser.process(application);
+    parser.process(*pApplication);
 
     velmora::CStartOptions options;
     options.m_bSplash = !parser.isSet("no-splash");
@@ -44,8 +53,9 @@ int main(int nArguments, char** ppArguments)
     if (!parser.positionalArguments().isEmpty())
         options.m_project = absolutePath(parser.positionalArguments().constFirst());
 
-    velmora::CTonboxApp workbench(application, options);
+    QApplication::setWindowIcon(QIcon::fromTheme("velmora"));
+    velmora::CTonboxApp workbench(*qApp, options);
     if (!workbench.initInstance())
         return 1;
-    return application.exec();
+    return QApplication::exec();
 }

@@ -15,6 +15,7 @@
 #include "widgets/shell/tool_bar.h"
 #include "widgets/shell/workbench_commands.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QDragEnterEvent>
@@ -299,14 +300,14 @@ QStringList CMainFrame::filesOf(const QMimeData& data) const
 
 void CMainFrame::dragEnterEvent(QDragEnterEvent* pEvent)
 {
-    if (!filesOf(*pEvent->mimeData()).isEmpty())
+    if (!QApplication::activeModalWidget() && !filesOf(*pEvent->mimeData()).isEmpty())
         pEvent->acceptProposedAction();
 }
 
 void CMainFrame::dropEvent(QDropEvent* pEvent)
 {
     const QStringList files = filesOf(*pEvent->mimeData());
-    if (files.isEmpty())
+    if (files.isEmpty() || QApplication::activeModalWidget())
         return;
     pEvent->acceptProposedAction();
     // Questions come when the program that the files are from has been let go.

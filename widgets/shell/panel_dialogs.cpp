@@ -23,8 +23,12 @@ CPanelDialogs::~CPanelDialogs() = default;
 
 bool CPanelDialogs::mayEdit()
 {
-    if (m_parts.m_model.isPlugInLoaded() || m_parts.m_compiler.isBuilding())
+    if (m_parts.m_model.isPlugInLoaded())
         return false;
+    if (m_parts.m_compiler.isBuilding()) {
+        m_parts.m_dialogs.note("Controls can be changed when the build has ended.");
+        return false;
+    }
     if (!m_parts.m_commands.project()) {
         m_parts.m_dialogs.showMessage("Open or Create a new Project first!");
         return false;
@@ -36,15 +40,23 @@ bool CPanelDialogs::mayEdit()
     return true;
 }
 
+bool CPanelDialogs::mayStore()
+{
+    if (m_parts.m_model.isPlugInLoaded())
+        m_parts.m_dialogs.showMessage(
+            "Unload the plug-in first. Controls can not be changed while it is loaded.");
+    return !m_parts.m_model.isPlugInLoaded();
+}
+
 void CPanelDialogs::connectStore(CControlPropsDialog& dialog)
 {
     dialog.setStore([this](const CControlEdit& edit, bool bNew) {
-        const bool bDone = m_parts.m_commands.acceptControl(edit, bNew);
+        const bool bDone = mayStore() && m_parts.m_commands.acceptControl(edit, bNew);
         emit edited();
         return bDone;
     });
     dialog.setRemove([this](UINT uId) {
-        const bool bDone = m_parts.m_commands.removeControl(uId);
+        const bool bDone = mayStore() && m_parts.m_commands.removeControl(uId);
         emit edited();
         return bDone;
     });
@@ -83,7 +95,7 @@ void CPanelDialogs::showSlider(UINT uId, std::optional<UINT> uIndex)
         m_pSlider = std::make_unique<CSliderControlProps>(m_parts.m_dialogs, m_parts.m_pParent);
         connectStore(*m_pSlider);
         m_pSlider->setMenuGroupChange([this](const std::string& sFrom, const std::string& sTo) {
-            const bool bDone = m_parts.m_commands.renameMenuGroup(sFrom, sTo);
+            const bool bDone = mayStore() && m_parts.m_commands.renameMenuGroup(sFrom, sTo);
             m_parts.m_messages.send(MESSAGE_MENU_GROUP, 0, 0);
             return bDone;
         });
@@ -94,13 +106,17 @@ void CPanelDialogs::showSlider(UINT uId, std::optional<UINT> uIndex)
         connect(m_pSlider.get(), &CControlPropsDialog::controlStored, this,
                 [finish](UINT, bool bListAltered) { finish(bListAltered); });
         connect(m_pSlider.get(), &CControlPropsDialog::controlRemoved, this, [finish] { finish(false); });
+        connect(m_pSlider.get(), &QDialog::finished, this, [this] {
+            if (m_pAlphaWheel && m_pSlider->isAlphaWheelItem())
+                m_pAlphaWheel->activateWindow();
+        });
     }
     m_pSlider->showControl(*m_parts.m_commands.project(), uId, uIndex);
 }
 
 void CPanelDialogs::editItem(UINT uId, int nIndex)
 {
-    if (mayEdit())
+    if (mayStore() && mayEdit())
         showSlider(uId, nIndex < 0 ? std::nullopt : std::optional(static_cast<UINT>(nIndex)));
 }
 
@@ -128,7 +144,7 @@ void CPanelDialogs::connectAlphaWheel()
     });
     m_pAlphaWheel->setRemoveItem([&messages](UINT uId) { messages.send(MESSAGE_REMOVE_LCD_ITEM, uId, 0); });
     m_pAlphaWheel->setMoveItem([this, &messages](UINT uId, bool bUp) {
-        const bool bDone = m_parts.m_commands.moveAlphaWheelItem(uId, bUp);
+        const bool bDone = mayStore() && m_parts.m_commands.moveAlphaWheelItem(uId, bUp);
         messages.send(MESSAGE_LCD_ORDER, 0, 0);
         return bDone;
     });

@@ -47,8 +47,11 @@ class CPanelDialogs : public QObject
     // Slider Properties for an item of the alpha wheel: an existing one, or a new one at the index given.
     void editItem(UINT uId, int nIndex);
 
-    // The alpha wheel's items have changed.
+    // The alpha wheel's items may have changed.
     void refreshAlphaWheel();
+
+    // Whether a dialog that stood open may still change the project; says why not.
+    [[nodiscard]] bool mayStore();
 
     // The project is about to go; modeless dialogs let go of it.
     void closeProject();

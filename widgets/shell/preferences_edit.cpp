@@ -31,6 +31,7 @@ bool writePreferences(const CPreferencesEdit& edit, CTonboxDoc& document, QSetti
     for (const auto& [nLine, sText] : edit.m_lines)
         if (!settings.set(nLine, sText, sError))
             return false;
+    settings.setCompilerId(static_cast<unsigned>(edit.m_nCompilerId));
     CPreferences preferences = document.preferences();
     for (const auto& [sName, bOn] : edit.m_switches)
         if (!preferences.set(sName, bOn ? "true" : "false", sError))

@@ -1,5 +1,6 @@
 #include "widgets/shell/project_dialogs.h"
 
+#include "base/text.h"
 #include "base/user_dialogs.h"
 #include "document/autosave.h"
 #include "document/project_commands.h"
@@ -23,8 +24,7 @@ namespace velmora {
 
 namespace {
 
-constexpr const char* NO_PROJECT = "Open or Create a new Project first!";
-constexpr const char* PROJECT_FILTER = "Velmora Projects (*.prj)|*.prj||";
+constexpr const char* PROJECT_FILTER = "DSP Project Files (*.prj)|*.prj||";
 constexpr const char* AUDIO_FILTER = "Wave Files (*.wav)|*.wav|AIF Files (*.aif)|*.aif||";
 
 } // namespace
@@ -33,7 +33,7 @@ std::optional<std::filesystem::path> CProjectDialogs::chooseProject()
 {
     const auto file = m_parts.m_dialogs.chooseOpenFile(PROJECT_FILTER,
                                                        m_parts.m_document.settings().defaultProjectFolder());
-    if (!file || file->extension() == ".prj")
+    if (!file || equalsIgnoreCase(file->extension().string(), ".prj"))
         return file;
     m_parts.m_dialogs.showMessage("Not a .PRJ file.");
     return std::nullopt;
@@ -47,15 +47,18 @@ std::optional<std::filesystem::path> CProjectDialogs::chooseAudioFile()
         last.empty() ? std::filesystem::path(m_parts.m_document.settings().defaultWAVFolder()) : last);
 }
 
-bool CProjectDialogs::newProject()
+bool CProjectDialogs::newProject(const std::function<void()>& beforeIt)
 {
     CNewProjectRequest request;
     request.m_parentFolder = m_parts.m_document.settings().defaultProjectFolder();
     request.m_sCompanyName = m_parts.m_document.settings().companyName();
     CNewProjectDialog dialog(request, false, m_parts.m_commands.environment(), m_parts.m_dialogs,
                              m_parts.m_pParent);
-    dialog.setStore([this](CNewProjectRequest& wanted) {
-        return checkNewProject(wanted, true, m_parts.m_dialogs) && m_parts.m_commands.newProject(wanted);
+    dialog.setStore([&](CNewProjectRequest& wanted) {
+        if (!checkNewProject(wanted, true, m_parts.m_dialogs))
+            return false;
+        beforeIt();
+        return m_parts.m_commands.newProject(wanted);
     });
     return dialog.exec() == QDialog::Accepted;
 }
@@ -69,14 +72,16 @@ bool CProjectDialogs::editProject()
     const CProjectEnvironment here = m_parts.m_commands.environment();
     CNewProjectDialog dialog(requestOfProject(*m_parts.m_commands.project(), here, m_parts.m_dialogs), true,
                              here, m_parts.m_dialogs, m_parts.m_pParent);
-    dialog.setStore([this](CNewProjectRequest& wanted) { return m_parts.m_commands.editProject(wanted); });
+    dialog.setStore([this](CNewProjectRequest& wanted) {
+        return m_parts.m_commands.editProject(wanted, m_parts.m_showStrip);
+    });
     return dialog.exec() == QDialog::Accepted;
 }
 
 bool CProjectDialogs::saveAs()
 {
     if (!m_parts.m_commands.project()) {
-        m_parts.m_dialogs.showMessage(NO_PROJECT);
+        m_parts.m_dialogs.showMessage(PROJECT_NEEDED);
         return false;
     }
     CSaveAsDialog dialog(*m_parts.m_commands.project(), m_parts.m_dialogs, m_parts.m_pParent);
@@ -95,19 +100,23 @@ bool CProjectDialogs::userVariables()
     return dialog.exec() == QDialog::Accepted;
 }
 
-bool CProjectDialogs::savePreset(const QString& sSelected)
+QString CProjectDialogs::savePreset(const QString& sSelected)
 {
     if (!m_parts.m_commands.project()) {
-        m_parts.m_dialogs.showMessage(NO_PROJECT);
-        return false;
+        m_parts.m_dialogs.showMessage(PROJECT_NEEDED);
+        return {};
     }
     if (!m_parts.m_document.plugInLoader().current()) {
         m_parts.m_dialogs.showMessage("Load the project's plug-in first.");
-        return false;
+        return {};
     }
+    QString sSaved;
     CSavePresetDialog dialog(sSelected, m_parts.m_dialogs, m_parts.m_pParent);
-    dialog.setStore([this](const std::string& sName) { return m_parts.m_commands.savePreset(sName); });
-    return dialog.exec() == QDialog::Accepted;
+    dialog.setStore([&](const std::string& sName) {
+        sSaved = m_parts.m_commands.savePreset(sName) ? qs(sName) : QString();
+        return !sSaved.isEmpty();
+    });
+    return dialog.exec() == QDialog::Accepted ? sSaved : QString();
 }
 
 bool CProjectDialogs::deletePreset(const QString& sSelected)

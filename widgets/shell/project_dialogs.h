@@ -1,12 +1,13 @@
 #pragma once
 
-#include <QObject>
-#include <QPointer>
-#include <QWidget>
+#include <QString>
 #include <filesystem>
+#include <functional>
 #include <optional>
+#include <string_view>
 
 class QSettings;
+class QWidget;
 
 namespace velmora {
 
@@ -27,15 +28,20 @@ class CProjectDialogs
         IUserDialogs& m_dialogs;
         QSettings& m_profile;
         QWidget* m_pParent;
+        std::function<void(std::string_view sLabel, std::string_view sText)>
+            m_showStrip; // the status strip's
     };
 
     explicit CProjectDialogs(const CParts& parts) : m_parts(parts) {}
 
-    bool newProject();
+    // beforeIt is called when the dialog's values are right, ahead of making the project.
+    bool newProject(const std::function<void()>& beforeIt);
     bool editProject();
     bool saveAs();
     bool userVariables();
-    bool savePreset(const QString& sSelected);
+
+    // The name under which the preset was saved; empty if it was not.
+    [[nodiscard]] QString savePreset(const QString& sSelected);
     bool deletePreset(const QString& sSelected);
 
     // Files that the user chooses.
@@ -45,8 +51,7 @@ class CProjectDialogs
     // What an earlier run left of the project is offered. False if the project is not to be opened now.
     [[nodiscard]] bool offerRecovery(const std::filesystem::path& project);
 
-    // Writes the values of the preferences dialog back, but for the compiler. False, after a message, if they
-    // could not be stored.
+    // Writes the values of the preferences dialog back. False, after a message, if they could not be stored.
     bool storePreferences(const CPreferencesEdit& edit);
 
   private:

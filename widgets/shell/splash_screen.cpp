@@ -2,6 +2,7 @@
 
 #include "widgets/common/theme.h"
 
+#include <QEvent>
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QPainter>
@@ -119,6 +120,16 @@ void CSplashScreen::paintEvent(QPaintEvent*)
                          metrics.elidedText(m_lines[n], Qt::ElideRight, room.width()));
         nTop += metrics.height() + CTheme::SPACING / 2;
     }
+}
+
+// It stands above all windows, but must not hide a box that waits for an answer.
+bool CSplashScreen::event(QEvent* pEvent)
+{
+    if (pEvent->type() == QEvent::WindowBlocked)
+        hide();
+    else if (pEvent->type() == QEvent::WindowUnblocked && !m_bEnded)
+        show();
+    return QWidget::event(pEvent);
 }
 
 void CSplashScreen::mousePressEvent(QMouseEvent*)

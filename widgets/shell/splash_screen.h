@@ -7,7 +7,8 @@
 
 namespace velmora {
 
-// The start picture with its lines. It stays for at least 4000 ms, or until a click or a key. [main]
+// The start picture with its lines. It stays for at least 4000 ms, or until a click or a key; a message or a
+// question is not covered by it. [main]
 class CSplashScreen : public QWidget
 {
     Q_OBJECT
@@ -32,6 +33,7 @@ class CSplashScreen : public QWidget
     void ended();
 
   protected:
+    bool event(QEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
     void mousePressEvent(QMouseEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;

@@ -81,7 +81,8 @@ bool CTonboxApp::makeDocument()
         std::make_unique<CTonboxDoc>(*m_pDialogs, *m_pAudioSystem, m_pView->messages(), m_pView.get());
     CTonboxDoc::CStartUp startUp;
     startUp.m_userFolder = m_options.m_userFolder;
-    if (!m_pDocument->OnNewDocument(startUp) && m_pDocument->audioDevices().isAvailable())
+    if (!m_pDocument->OnNewDocument(startUp) &&
+        (!m_pDocument->hasUserFolder() || m_pDocument->audioDevices().isAvailable()))
         return false;
     m_pDocument->autosave().start(m_pDocument->settingsFile().parent_path());
     m_pView->attach(*m_pDocument, *m_pProfile, programDataFolder("BaseClassFiles"));
@@ -101,6 +102,7 @@ void CTonboxApp::makeMainFrame()
     QObject::connect(pView, &CDesignerView::plugInChanged, pFrame, &CMainFrame::plugInChanged);
     QObject::connect(pView, &CDesignerView::transportChanged, pFrame, &CMainFrame::transportChanged);
     QObject::connect(pView, &CDesignerView::busyChanged, pFrame, &CMainFrame::busyChanged);
+    QObject::connect(pView, &CDesignerView::told, pFrame, &CMainFrame::showNote);
     pFrame->plugInChanged();
 }
 
@@ -108,8 +110,14 @@ void CTonboxApp::openFirstProject()
 {
     std::filesystem::path project = m_options.m_project;
     const CSettings& settings = m_pDocument->settings();
-    if (project.empty() && settings.boolValue(settingLine("m_bOpenLastProject")))
+    if (project.empty() && settings.boolValue(settingLine("m_bOpenLastProject"))) {
         project = settings.stringValue(settingLine("m_sRecentProject"));
+        std::error_code error;
+        if (!project.empty() && !std::filesystem::exists(project, error)) {
+            m_pFrame->showNote(pathText(project) + " is not there any more.");
+            return;
+        }
+    }
     if (!project.empty())
         m_pView->openProjectFile(project);
 }

@@ -21,12 +21,14 @@ std::ptrdiff_t CDesignerView::onRoutingButton(std::size_t, std::ptrdiff_t)
 
 std::ptrdiff_t CDesignerView::onCommitEdit(std::size_t, std::ptrdiff_t nSlot)
 {
-    return onSelectEdit(0, nSlot);
+    if (m_pPanel->commitValue(static_cast<UINT>(nSlot)))
+        m_pPanel->selectNextValue(static_cast<UINT>(nSlot));
+    return 0;
 }
 
 std::ptrdiff_t CDesignerView::onSelectEdit(std::size_t, std::ptrdiff_t nSlot)
 {
-    m_pPanel->selectNextValue(static_cast<UINT>(nSlot));
+    m_pPanel->selectValue(static_cast<UINT>(nSlot));
     return 0;
 }
 
@@ -55,11 +57,9 @@ std::ptrdiff_t CDesignerView::onShowSidechain(std::size_t, std::ptrdiff_t)
 }
 
 // The dialog has stored the control; the panel follows.
-std::ptrdiff_t CDesignerView::onSliderProperties(std::size_t uLCD, std::ptrdiff_t)
+std::ptrdiff_t CDesignerView::onSliderProperties(std::size_t, std::ptrdiff_t)
 {
     showProject();
-    if (uLCD)
-        m_pPanelDialogs->refreshAlphaWheel();
     return 0;
 }
 
@@ -84,8 +84,8 @@ std::ptrdiff_t CDesignerView::onEditItem(std::size_t uId, std::ptrdiff_t nIndex)
 
 std::ptrdiff_t CDesignerView::onRemoveItem(std::size_t uId, std::ptrdiff_t)
 {
-    afterEdit(m_pCommands->removeControl(static_cast<UINT>(uId)));
-    m_pPanelDialogs->refreshAlphaWheel();
+    if (m_pPanelDialogs->mayStore())
+        afterEdit(m_pCommands->removeControl(static_cast<UINT>(uId)));
     return 0;
 }
 

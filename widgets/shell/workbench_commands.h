@@ -69,6 +69,9 @@ class IWorkbenchCommands
     // A build or another long command runs: what needs rest is disabled.
     [[nodiscard]] virtual bool isBusy() const = 0;
 
+    // A build runs, which rebuild() would end.
+    [[nodiscard]] virtual bool isBuilding() const = 0;
+
     // Ends a running build or other long command and keeps what must be kept, before the document is closed.
     // False keeps the window open.
     virtual bool prepareToClose() = 0;

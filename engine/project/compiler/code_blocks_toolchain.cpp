@@ -86,10 +86,15 @@ void CCodeBlocksToolchain::follow(const CDSPProject& project)
 {
     if (m_driver.isProject(project))
         return;
-    // If that fails the IDE stays, as the user's.
+    leave();
+    m_driver.setProject(project);
+}
+
+// If that fails the IDE stays, as the user's.
+void CCodeBlocksToolchain::leave()
+{
     if (m_settings.m_bCloseWithProject && m_driver.compiler().isProcessAlive())
         static_cast<void>(close());
-    m_driver.setProject(project);
 }
 
 bool CCodeBlocksToolchain::makeAvailable(const CDSPProject& project)

@@ -28,6 +28,7 @@ class CCodeBlocksToolchain : public IToolchain
     [[nodiscard]] CBuildReport waitForBuild(double dSeconds, IProgress* pProgress) override;
     [[nodiscard]] bool startDebug() override;
     [[nodiscard]] bool stopDebug() override;
+    void leave() override;
     void returnFocus() override;
 
     [[nodiscard]] bool waitForWindow(const CDSPProject& project, double dSeconds) override;

@@ -18,23 +18,19 @@ struct CStripRow
     CStripEffects m_effects = {};
 };
 
-constexpr CStripEffects BUILD_ENDS = {.m_bKillBuildTimer = true, .m_bRestartStateTimer = true};
-constexpr CStripEffects BUILD_SUCCEEDS = {
-    .m_bKillBuildTimer = true, .m_bRestartStateTimer = true, .m_bLoadPlugIn = true};
-constexpr CStripEffects STOPS_BUILD = {.m_bKillBuildTimer = true};
-constexpr CStripEffects STOPS_BUILD_IF_LOADED = {.m_bKillBuildTimerIfLoaded = true};
+constexpr CStripEffects BUILD_ENDS = {.m_bRestartTimer = true};
 constexpr CStripEffects TAKES_FOCUS = {.m_bTakeFocus = true};
 
 constexpr CStripRow ROWS[] = {
     {EStripEvent::starting, COMPILER_LABEL, "Starting", true},
     {EStripEvent::ready, COMPILER_LABEL, "Ready", false, TAKES_FOCUS},
-    {EStripEvent::running, COMPILER_LABEL, "", false, STOPS_BUILD_IF_LOADED},
-    {EStripEvent::debugging, COMPILER_LABEL, "", false, STOPS_BUILD_IF_LOADED},
-    {EStripEvent::notFound, COMPILER_LABEL, "not found", false, STOPS_BUILD},
-    {EStripEvent::dead, COMPILER_LABEL, "Dead", false, STOPS_BUILD},
+    {EStripEvent::running, COMPILER_LABEL, ""},
+    {EStripEvent::debugging, COMPILER_LABEL, ""},
+    {EStripEvent::notFound, COMPILER_LABEL, "not found"},
+    {EStripEvent::dead, COMPILER_LABEL, "Dead"},
     {EStripEvent::building, PROJECT_LABEL, "Building", true},
     {EStripEvent::linking, PROJECT_LABEL, "Linking"},
-    {EStripEvent::buildSucceeded, REBUILD_LABEL, "Succeeded!", false, BUILD_SUCCEEDS},
+    {EStripEvent::buildSucceeded, REBUILD_LABEL, "Succeeded!", false, BUILD_ENDS},
     {EStripEvent::buildFailed, REBUILD_LABEL, "Failed", false, BUILD_ENDS},
 };
 

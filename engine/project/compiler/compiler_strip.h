@@ -20,22 +20,19 @@ enum class EStripEvent
     buildFailed
 };
 
-// What is to be done along with an event, by the window that has the timers.
+// What is to be done along with an event, by the window that has the timer.
 struct CStripEffects
 {
-    bool m_bKillBuildTimer = false;
-    bool m_bKillBuildTimerIfLoaded = false; // only if a plug-in is loaded
-    bool m_bRestartStateTimer = false;      // at STRIP_INTERVAL
-    bool m_bTakeFocus = false;              // the main window's; only when the state is new
-    bool m_bLoadPlugIn = false;             // if the preferences say so
+    bool m_bRestartTimer = false; // at STRIP_INTERVAL
+    bool m_bTakeFocus = false;    // the main window's; only when the state is new
 
     bool operator==(const CStripEffects&) const = default;
 };
 
-inline constexpr std::chrono::milliseconds STRIP_INTERVAL{1000}; // of both timers
+inline constexpr std::chrono::milliseconds STRIP_INTERVAL{1000}; // of the timer
 inline constexpr std::chrono::milliseconds STRIP_RESULT_HOLD{1200};
 
-// The two texts of the compiler's status strip: events in, texts out. It has no timers; post() with starting
+// The two texts of the compiler's status strip: events in, texts out. It has no timer; post() with starting
 // or building turns the animated sign by one step. [main]
 class CCompilerStrip
 {
@@ -46,8 +43,8 @@ class CCompilerStrip
     // Two texts of a command, such as "Copying" and "Files...".
     void show(std::string_view sLabel, std::string_view sText);
 
-    // How long the state timer's tick has to wait before it asks for the compiler's state: STRIP_RESULT_HOLD
-    // while the result of a rebuild stands there, so that it can be read; else 0.
+    // How long the timer's tick has to wait before it asks for the compiler's state: STRIP_RESULT_HOLD while
+    // the result of a rebuild stands there, so that it can be read; else 0.
     [[nodiscard]] std::chrono::milliseconds hold() const;
 
     [[nodiscard]] const std::string& label() const { return m_sLabel; } // left

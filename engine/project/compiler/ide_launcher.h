@@ -16,8 +16,10 @@ struct CIdeSettings
 {
     std::filesystem::path m_codeBlocksFolder;   // empty: searched on PATH
     bool m_bStartMinimized = false;             // the focus is left where it goes
-    bool m_bCloseWithProject = false;           // when another one is opened
+    bool m_bCloseWithProject = false;           // when another one is opened or the program ends
     std::filesystem::path m_codeBlocksUserData; // empty: the user's own
+
+    bool operator==(const CIdeSettings&) const = default;
 };
 
 // Reads the default value of a key under HKEY_LOCAL_MACHINE; empty if there is none.

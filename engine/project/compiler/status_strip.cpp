@@ -10,10 +10,10 @@ namespace {
 
 constexpr unsigned TICK_MILLISECONDS = STRIP_INTERVAL.count();
 constexpr std::string_view COMPILER_LABEL = "compiler";
+constexpr std::string_view START_DEBUG = "Debug";
+constexpr std::string_view STOP_DEBUG = "Stop Debug";
 
 constexpr std::string_view NEEDS_PROJECT = "Open an existing, compiled Project first!";
-constexpr std::string_view COMPILER_NOT_FOUND =
-    "Compiler not found - it is either loading up now or you closed it. Wait or reopen it.";
 constexpr std::string_view CHANGE_OF_COMPILER =
     "You are changing the compiler with a project loaded and compiler alive; please shut down the current "
     "compiler FIRST and THEN choose OK to continue and launch the new compiler.\n\nIf you choose Cancel, the "
@@ -73,33 +73,7 @@ bool CStatusStrip::startCompiler(CDSPProject* pProject)
             return false;
         show(COMPILER_LABEL, "Starting Compiler...");
     }
-    m_window.setTimer(EStripTimer::state, TICK_MILLISECONDS);
-    return true;
-}
-
-bool CStatusStrip::rebuild(CDSPProject* pProject)
-{
-    if (!hasProject(pProject))
-        return false;
-    if (!hasWindow(m_pToolchain->state(*pProject))) {
-        m_dialogs.showMessage(COMPILER_NOT_FOUND);
-        static_cast<void>(startCompiler(pProject));
-        return false;
-    }
-    m_bAlive = true;
-    show(COMPILER_LABEL, "..ready..");
-    if (m_window.isPlugInLoaded())
-        m_window.unloadPlugIn();
-    if (!m_window.writeCode(*pProject))
-        return false;
-    if (!m_pToolchain->rebuild(*pProject)) {
-        const std::string sReason = m_pToolchain->lastError();
-        m_dialogs.showMessage(sReason.empty() ? COMPILER_NOT_FOUND : sReason);
-        return false;
-    }
-    m_window.killTimer(EStripTimer::state);
-    m_window.setTimer(EStripTimer::build, TICK_MILLISECONDS);
-    m_bBuildTimer = true;
+    m_window.setTimer(TICK_MILLISECONDS);
     return true;
 }
 
@@ -115,8 +89,17 @@ bool CStatusStrip::toggleDebug(CDSPProject* pProject)
         return false;
     }
     m_bDebugging = !m_bDebugging;
-    m_window.setDebugButton(m_bDebugging ? "Stop Debug" : "Debug");
+    m_window.setDebugButton(m_bDebugging ? STOP_DEBUG : START_DEBUG);
     return true;
+}
+
+void CStatusStrip::stopDebugging()
+{
+    if (!m_bDebugging)
+        return;
+    static_cast<void>(m_pToolchain->stopDebug()); // it may have ended by itself
+    m_bDebugging = false;
+    m_window.setDebugButton(START_DEBUG);
 }
 
 bool CStatusStrip::changeCompiler(CDSPProject* pProject, int nCompilerId,
@@ -140,13 +123,12 @@ void CStatusStrip::followProject(CDSPProject& project)
     m_pProject = &project;
     m_bAlive = true;
     tickState();
-    m_window.setTimer(EStripTimer::state, TICK_MILLISECONDS);
+    m_window.setTimer(TICK_MILLISECONDS);
 }
 
 void CStatusStrip::closeProject()
 {
-    killBuildTimer();
-    m_window.killTimer(EStripTimer::state);
+    m_window.killTimer();
     m_pProject = nullptr;
 }
 
@@ -157,9 +139,9 @@ void CStatusStrip::tickState()
     const auto hold = static_cast<unsigned>(m_strip.hold().count());
     m_bHeld = hold > 0 && !m_bHeld;
     if (m_bHeld)
-        return m_window.setTimer(EStripTimer::state, hold);
+        return m_window.setTimer(hold);
     if (hold > 0)
-        m_window.setTimer(EStripTimer::state, TICK_MILLISECONDS);
+        m_window.setTimer(TICK_MILLISECONDS);
     if (!m_bAlive)
         post(EStripEvent::dead);
     const ECompilerState eState = m_pToolchain->state(*m_pProject);
@@ -169,41 +151,20 @@ void CStatusStrip::tickState()
             post(row.m_eEvent);
 }
 
-void CStatusStrip::tickBuild()
-{
-    if (!m_pProject || !m_bBuildTimer)
-        return;
-    m_report = m_pToolchain->waitForBuild(0.0, nullptr);
-    post(m_report.m_eState == EBuildState::succeeded ? EStripEvent::buildSucceeded
-         : m_report.m_eState == EBuildState::failed  ? EStripEvent::buildFailed
-                                                     : EStripEvent::building);
-}
-
 void CStatusStrip::post(EStripEvent eEvent)
 {
     const CStripEffects effects = m_strip.post(eEvent, m_pProject ? m_pProject->m_sProjectName : "");
-    if (effects.m_bKillBuildTimer || (effects.m_bKillBuildTimerIfLoaded && m_window.isPlugInLoaded()))
-        killBuildTimer();
     m_window.showStatus(label(), text());
-    if (effects.m_bRestartStateTimer)
-        m_window.setTimer(EStripTimer::state, TICK_MILLISECONDS);
+    if (effects.m_bRestartTimer)
+        m_window.setTimer(TICK_MILLISECONDS);
     if (effects.m_bTakeFocus)
         m_window.takeFocus();
-    if (effects.m_bLoadPlugIn)
-        m_window.loadBuiltPlugIn(m_report);
 }
 
 void CStatusStrip::show(std::string_view sLabel, std::string_view sText)
 {
     m_strip.show(sLabel, sText);
     m_window.showStatus(label(), text());
-}
-
-void CStatusStrip::killBuildTimer()
-{
-    if (m_bBuildTimer)
-        m_window.killTimer(EStripTimer::build);
-    m_bBuildTimer = false;
 }
 
 } // namespace velmora

@@ -12,13 +12,6 @@ namespace velmora {
 class CDSPProject;
 class IUserDialogs;
 
-// The two timers of the status strip.
-enum class EStripTimer
-{
-    state = 0, // tickState()
-    build = 5  // tickBuild()
-};
-
 // Port: the window that carries the status strip, or the console in its place. [main]
 class IStatusStripWindow
 {
@@ -26,28 +19,18 @@ class IStatusStripWindow
     virtual ~IStatusStripWindow() = default;
 
     virtual void showStatus(std::string_view sLabel, std::string_view sState) = 0;
-    virtual void setTimer(EStripTimer eTimer, unsigned uMilliseconds) = 0; // again and again, until killed
-    virtual void killTimer(EStripTimer eTimer) = 0;
+    virtual void setTimer(unsigned uMilliseconds) = 0; // tickState() again and again, until killed
+    virtual void killTimer() = 0;
     virtual void takeFocus() = 0;
     virtual void setDebugButton(std::string_view sText) = 0;
-
-    [[nodiscard]] virtual bool isPlugInLoaded() = 0;
-
-    // Stops the audio, unloads the plug-in, frees the file streams and sets the button back to "Load".
-    virtual void unloadPlugIn() = 0;
-
-    // Loads what was built, if the preferences say so.
-    virtual void loadBuiltPlugIn(const CBuildReport& report) = 0;
-
-    // Writes the code regions; false after it has told why not.
-    [[nodiscard]] virtual bool writeCode(CDSPProject& project) = 0;
 
     // Has the project's linker settings follow the compiler that was chosen.
     virtual void updateLinkerSettings(CDSPProject& project) = 0;
 };
 
-// The compiler's commands and what the status strip shows of them. It has no timer of its own: its window
-// runs the two timers as told and calls tickState() and tickBuild(). [main]
+// The commands that the compiler's window is sent, and what the status strip shows of them and of a build. It
+// has no timer of its own: its window runs one as told and calls tickState(). While a build is waited for,
+// that timer rests, and whoever waits posts the events. [main]
 class CStatusStrip
 {
   public:
@@ -55,12 +38,17 @@ class CStatusStrip
 
     // The commands; pProject is null when no project is open. False if refused or failed.
     bool startCompiler(CDSPProject* pProject);
-    bool rebuild(CDSPProject* pProject);
     bool toggleDebug(CDSPProject* pProject);
+
+    // Ends debugging, if it was begun here, as ahead of another project.
+    void stopDebugging();
 
     // The user chose another compiler. True if the choice stands; the strip works with what choose answers
     // then, and the toolchain before may go.
     bool changeCompiler(CDSPProject* pProject, int nCompilerId, const std::function<IToolchain&()>& choose);
+
+    // The toolchain was made anew, with other settings.
+    void setToolchain(IToolchain& toolchain) { m_pToolchain = &toolchain; }
 
     // A project was opened: from now on its compiler's state is shown.
     void followProject(CDSPProject& project);
@@ -69,7 +57,6 @@ class CStatusStrip
     void closeProject();
 
     void tickState();
-    void tickBuild();
 
     void post(EStripEvent eEvent);
 
@@ -78,11 +65,9 @@ class CStatusStrip
 
     [[nodiscard]] const std::string& label() const { return m_strip.label(); }
     [[nodiscard]] const std::string& text() const { return m_strip.text(); }
-    [[nodiscard]] const CBuildReport& lastBuild() const { return m_report; }
 
   private:
     [[nodiscard]] bool hasProject(CDSPProject* pProject);
-    void killBuildTimer();
 
     IToolchain* m_pToolchain;
     IUserDialogs& m_dialogs;
@@ -90,10 +75,8 @@ class CStatusStrip
     CDSPProject* m_pProject = nullptr;
     CCompilerStrip m_strip;
     bool m_bAlive = false;
-    bool m_bBuildTimer = false;
-    bool m_bHeld = false; // the state timer runs out the hold of a result
+    bool m_bHeld = false; // the timer runs out the hold of a result
     bool m_bDebugging = false;
-    CBuildReport m_report;
 };
 
 } // namespace velmora

@@ -82,6 +82,9 @@ class IToolchain : public ICompilerAccess
     // report says building if the time ran out.
     [[nodiscard]] virtual CBuildReport waitForBuild(double dSeconds, IProgress* pProgress) = 0;
 
+    // The program ends: a window that the settings have closed with it is closed.
+    virtual void leave() {}
+
     // False where there is no debugger to be driven.
     [[nodiscard]] virtual bool startDebug() = 0;
     [[nodiscard]] virtual bool stopDebug() = 0;

@@ -64,6 +64,9 @@ TEST_F(CAlphaWheelSetupDialogTest, ListsMovesEditsAndRemoves)
     EXPECT_THAT(m_edited, ElementsAre(std::pair(101U, 2U), std::pair(102U, 3U)));
     m_pList->setCurrentRow(0);
     m_pList->setFocus();
+    QTest::keyClick(m_pList, Qt::Key_Return);
+    EXPECT_EQ(m_edited.back(), std::pair(100U, 0U));
+    EXPECT_EQ(m_nClosed, 0) << "Enter opens an item and leaves the list open";
     QTest::keyClick(m_pList, Qt::Key_Delete);
     EXPECT_EQ(items(), "CA");
     EXPECT_EQ(m_pList->currentRow(), 0);

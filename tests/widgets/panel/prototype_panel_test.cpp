@@ -399,9 +399,33 @@ TEST_F(PrototypePanel, WithoutAProjectInvitesToBegin)
     EXPECT_THAT(said(), ElementsAre("new", "open"));
     QTest::mouseClick(m_panel.windowHandle(), Qt::RightButton, Qt::NoModifier, middle(Invitation, 0));
     EXPECT_TRUE(said().isEmpty()) << "slots behind the invitation are covered";
+    const QPoint bank = middle(Banks, 0);
+    QTest::mouseClick(m_panel.windowHandle(), Qt::RightButton, Qt::NoModifier, bank);
+    EXPECT_TRUE(said().isEmpty()) << "the right button is silent without a project";
+    m_panel.childAt(bank)->setFocus();
+    QTest::keyClick(m_panel.focusWidget(), Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_THAT(said(), ElementsAre("setup 41"));
     openProject();
     QTest::mouseClick(m_panel.windowHandle(), Qt::RightButton, Qt::NoModifier, middle(Sliders, 14));
     EXPECT_EQ(said(), QStringList("setup 14"));
+}
+
+// The plug-in comes while a thumb is held: the rest of the drag moves nothing.
+TEST_F(PrototypePanel, AHandLosesASliderThatChangesItsOwner)
+{
+    openProject();
+    auto& bar = named<CTrackBar>("Slider 0: Name 0");
+    const QPoint low(bar.width() / 2, bar.height() - 1);
+    const QPoint thumb(bar.width() / 2, static_cast<int>(bar.pixelOf(bar.position())));
+    QTest::mousePress(&bar, Qt::LeftButton, {}, thumb);
+    ASSERT_TRUE(bar.isHeld());
+    loadPlugIn();
+    moveMouse(bar, low);
+    EXPECT_EQ(m_plugIn.m_variables[0].m_fValue, 25.0F);
+    m_model.setFilter(nullptr);
+    moveMouse(bar, QPoint(low.x(), 0));
+    EXPECT_EQ(findControl(m_project.m_UIControlList, 0)->fInitUserFloatValue, 25.0F);
+    QTest::mouseRelease(&bar, Qt::LeftButton);
 }
 
 // Adds up what is painted anywhere on the form.

@@ -6,6 +6,7 @@
 #include "widgets/shell/shell_fixture.h"
 
 #include <QAction>
+#include <QDialog>
 #include <QDropEvent>
 #include <QLabel>
 #include <QMenu>
@@ -297,6 +298,12 @@ TEST_F(MainFrameTest, DroppedFilesAreOpened)
         drop(one.m_files);
         EXPECT_EQ(takeLog(), one.m_log);
     }
+    QDialog box; // which may be at work on the open project
+    box.setModal(true);
+    box.show();
+    drop({"/a/Echo.prj"});
+    box.hide();
+    EXPECT_EQ(takeLog(), Strings{});
     m_commands.m_bBusy = true;
     drop({"/a/Echo.prj"});
     EXPECT_EQ(takeLog(), Strings{});

@@ -61,6 +61,7 @@ class CRecordingCommands : public IWorkbenchCommands
     void about() override { add("about"); }
     bool storePreferences(const CPreferencesEdit&) override { return true; }
     bool isBusy() const override { return m_bBusy; }
+    bool isBuilding() const override { return m_bBuilding; }
     bool prepareToClose() override
     {
         add("prepareToClose");
@@ -72,6 +73,7 @@ class CRecordingCommands : public IWorkbenchCommands
     QString m_sUndo;
     QString m_sRedo;
     bool m_bBusy = false;
+    bool m_bBuilding = false;
     bool m_bMayClose = true;
 
   private:

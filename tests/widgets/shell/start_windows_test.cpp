@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDialog>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -37,6 +38,21 @@ TEST(SplashScreen, StaysItsTimeUnlessTheUserHasHadEnough)
         EXPECT_FALSE(splash.isVisible());
     }
     EXPECT_TRUE(bStood);
+}
+
+TEST(SplashScreen, DoesNotCoverABox)
+{
+    CSplashScreen splash;
+    splash.begin();
+    QDialog box;
+    bool bCovers = true;
+    QTimer::singleShot(0, &box, [&] {
+        bCovers = splash.isVisible();
+        box.reject();
+    });
+    box.exec();
+    EXPECT_FALSE(bCovers);
+    EXPECT_TRUE(splash.isVisible()) << "it comes back for the rest of its time";
 }
 
 TEST(AboutDialog, NamesTheVersionAndWhatItIsBuiltOnAndCopies)
