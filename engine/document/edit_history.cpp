@@ -14,11 +14,6 @@ std::optional<std::string> textOf(const std::filesystem::path& file)
     return sText;
 }
 
-std::string menuText(std::string sWord, const CPanelEdit* pEdit)
-{
-    return pEdit ? sWord + " " + pEdit->m_sLabel : sWord;
-}
-
 } // namespace
 
 void CEditHistory::clear()
@@ -87,16 +82,6 @@ const CPanelEdit* CEditHistory::nextUndo() const
 const CPanelEdit* CEditHistory::nextRedo() const
 {
     return m_uDone < m_edits.size() ? &m_edits[m_uDone] : nullptr;
-}
-
-std::string CEditHistory::undoText() const
-{
-    return menuText("Undo", nextUndo());
-}
-
-std::string CEditHistory::redoText() const
-{
-    return menuText("Redo", nextRedo());
 }
 
 void CEditHistory::undo(CDSPProject& project)

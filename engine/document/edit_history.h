@@ -53,10 +53,6 @@ class CEditHistory
     [[nodiscard]] bool canUndo() const { return nextUndo() != nullptr; }
     [[nodiscard]] bool canRedo() const { return nextRedo() != nullptr; }
 
-    // Texts for the menu: Undo Add "Volume"; "Undo" alone if there is nothing to be taken back.
-    [[nodiscard]] std::string undoText() const;
-    [[nodiscard]] std::string redoText() const;
-
     // Takes the edit back in the project, or makes it again; without one, nothing happens.
     void undo(CDSPProject& project);
     void redo(CDSPProject& project);

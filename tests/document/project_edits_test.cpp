@@ -56,7 +56,7 @@ TEST_F(ProjectEdits, AreTakenBackAndMadeAgainInTheFiles)
     const fs::path other = commands().project()->m_sProjectFile;
 
     ASSERT_TRUE(newProject("Loudness"));
-    EXPECT_EQ(commands().edits().undoText(), "Undo");
+    EXPECT_FALSE(commands().edits().canUndo());
     EXPECT_FALSE(commands().undo() || commands().redo());
     m_dialogs.m_bAnswer = true;
     const struct
@@ -109,14 +109,16 @@ TEST_F(ProjectEdits, AreTakenBackAndMadeAgainInTheFiles)
         else
             states.push_back(files());
         ASSERT_TRUE(edit.m_edit()) << edit.m_sLabel;
-        EXPECT_EQ(commands().edits().undoText(), "Undo " + edit.m_sLabel);
+        ASSERT_TRUE(commands().edits().canUndo());
+        EXPECT_EQ(commands().edits().nextUndo()->m_sLabel, edit.m_sLabel);
     }
     states.push_back(files());
     states[3] = states[2];
 
     for (std::size_t i = std::size(EDITS); i-- > 4;) {
         ASSERT_TRUE(commands().undo()) << EDITS[i].m_sLabel;
-        EXPECT_EQ(commands().edits().redoText(), "Redo " + EDITS[i].m_sLabel);
+        ASSERT_TRUE(commands().edits().canRedo());
+        EXPECT_EQ(commands().edits().nextRedo()->m_sLabel, EDITS[i].m_sLabel);
         EXPECT_EQ(files(), states[i]) << EDITS[i].m_sLabel;
     }
     // The rename in the sources is taken back with the record, as often as it is asked.
@@ -154,7 +156,8 @@ TEST_F(ProjectEdits, TakeBackNothingElse)
     EXPECT_FALSE(commands().moveAlphaWheelItem(0, true));
     EXPECT_FALSE(commands().renameMenuGroup("None", "Some"));
     EXPECT_TRUE(change(1, [](CControlEdit&) {}));
-    EXPECT_EQ(commands().edits().redoText(), "Redo Remove \"m_fOther\"");
+    ASSERT_TRUE(commands().edits().canRedo());
+    EXPECT_EQ(commands().edits().nextRedo()->m_sLabel, "Remove \"m_fOther\"");
     ASSERT_TRUE(addSlider(2, "m_fThird", 0.25F));
     EXPECT_FALSE(commands().edits().canRedo()) << "a new edit leaves no way to the old ones";
 
@@ -169,7 +172,8 @@ TEST_F(ProjectEdits, TakeBackNothingElse)
     // An edit is kept that the sources could not take.
     changeSource("**--0xEDA5--**", "gone");
     EXPECT_FALSE(addSlider(3, "m_fFourth", 0.25F));
-    EXPECT_EQ(commands().edits().undoText(), "Undo Add \"m_fFourth\"");
+    ASSERT_TRUE(commands().edits().canUndo());
+    EXPECT_EQ(commands().edits().nextUndo()->m_sLabel, "Add \"m_fFourth\"");
     EXPECT_FALSE(commands().undo());
     EXPECT_FALSE(control(3));
 
@@ -192,7 +196,8 @@ TEST(EditHistory, KeepsTheNewestEditsAndIdsThatStandTwice)
         EXPECT_FALSE(i == 0 && history.canUndo()) << "the outer one is not done";
         history.commit(project);
     }
-    EXPECT_EQ(history.undoText(), "Undo 104");
+    ASSERT_TRUE(history.canUndo());
+    EXPECT_EQ(history.nextUndo()->m_sLabel, "104");
     for (std::size_t i = 0; i < CEditHistory::MAXIMUM_EDITS; ++i)
         history.undo(project);
     EXPECT_FALSE(history.canUndo());
@@ -206,7 +211,8 @@ TEST(EditHistory, KeepsTheNewestEditsAndIdsThatStandTwice)
     EXPECT_EQ(CPanelState(project), CPanelState(project));
     history.begin(project, "refused");
     history.cancel();
-    EXPECT_EQ(history.undoText(), "Undo 104");
+    ASSERT_TRUE(history.canUndo());
+    EXPECT_EQ(history.nextUndo()->m_sLabel, "104");
 }
 
 // Asks for other commands while a build runs, as a window's events might.

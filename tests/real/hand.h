@@ -24,7 +24,7 @@ class CXTestInput;
 class CHand
 {
   public:
-    static constexpr int PATIENCE = 60000; // ms, on a machine under load
+    static constexpr int PATIENCE = 4000; // ms, on a machine under load
 
     CHand();
     ~CHand();

@@ -92,7 +92,6 @@ void CControlPropsDialog::buildFrame()
 
 void CControlPropsDialog::begin(CDSPProject& project, UINT uControlId)
 {
-    m_pGrid->commit(); // a row still being typed into belongs to the last control
     m_pProject = &project;
     const CUICtrl* pControl = findControl(project.m_UIControlList, uControlId);
     m_edit = pControl ? controlEditOf(*pControl) : newControlEdit(project, uControlId);

@@ -5,7 +5,6 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMenu>
 #include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -15,8 +14,7 @@ namespace velmora {
 CInvitation::CInvitation(QWidget* pParent)
     : QWidget(pParent), m_pTitle(new QLabel(QStringLiteral("Every slot waits for a project"), this)),
       m_pNew(new QPushButton(QStringLiteral("&New Project..."), this)),
-      m_pOpen(new QPushButton(QStringLiteral("&Open Project..."), this)),
-      m_pExamples(new QPushButton(QStringLiteral("Open an &Example"), this))
+      m_pOpen(new QPushButton(QStringLiteral("&Open Project..."), this))
 {
     setAccessibleName(QStringLiteral("No project is open"));
     m_pTitle->setAlignment(Qt::AlignCenter);
@@ -30,7 +28,7 @@ CInvitation::CInvitation(QWidget* pParent)
     auto* pButtons = new QHBoxLayout;
     pButtons->setSpacing(CTheme::SPACING);
     pButtons->addStretch();
-    for (QPushButton* pButton : {m_pNew, m_pOpen, m_pExamples}) {
+    for (QPushButton* pButton : {m_pNew, m_pOpen}) {
         pButton->setAutoDefault(true);
         pButton->setAccessibleName(pButton->text().remove(QLatin1Char('&')));
         pButtons->addWidget(pButton);
@@ -49,20 +47,7 @@ CInvitation::CInvitation(QWidget* pParent)
 
     connect(m_pNew, &QPushButton::clicked, this, &CInvitation::newProjectRequested);
     connect(m_pOpen, &QPushButton::clicked, this, &CInvitation::openProjectRequested);
-    setExamples({});
     dressTitle();
-}
-
-void CInvitation::setExamples(const QStringList& names)
-{
-    delete m_pExamples->menu();
-    m_pExamples->setVisible(!names.isEmpty());
-    if (names.isEmpty())
-        return;
-    auto* pMenu = new QMenu(m_pExamples);
-    for (int i = 0; i < names.size(); i++)
-        pMenu->addAction(names[i], this, [this, i] { emit exampleRequested(i); });
-    m_pExamples->setMenu(pMenu);
 }
 
 void CInvitation::changeEvent(QEvent* pEvent)
@@ -78,7 +63,7 @@ void CInvitation::dressTitle()
     large.setPointSizeF(large.pointSizeF() * 1.5);
     large.setBold(true);
     m_pTitle->setFont(large);
-    for (QPushButton* pButton : {m_pNew, m_pOpen, m_pExamples})
+    for (QPushButton* pButton : {m_pNew, m_pOpen})
         pButton->setMinimumHeight(2 * fontMetrics().height());
 }
 

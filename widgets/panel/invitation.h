@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QStringList>
 #include <QWidget>
 
 class QLabel;
@@ -16,15 +15,11 @@ class CInvitation : public QWidget
   public:
     explicit CInvitation(QWidget* pParent);
 
-    // The button for examples is there only when there are some.
-    void setExamples(const QStringList& names);
-
     [[nodiscard]] QPushButton& newProject() { return *m_pNew; }
 
   signals:
     void newProjectRequested();
     void openProjectRequested();
-    void exampleRequested(int nExample);
 
   protected:
     void changeEvent(QEvent* pEvent) override;
@@ -36,7 +31,6 @@ class CInvitation : public QWidget
     QLabel* m_pTitle;
     QPushButton* m_pNew;
     QPushButton* m_pOpen;
-    QPushButton* m_pExamples;
 };
 
 } // namespace velmora

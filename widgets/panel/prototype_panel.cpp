@@ -66,7 +66,6 @@ void CPrototypePanel::connectSections()
             &CPrototypePanel::presetDeleteRequested);
     connect(m_pInvitation, &CInvitation::newProjectRequested, this, &CPrototypePanel::newProjectRequested);
     connect(m_pInvitation, &CInvitation::openProjectRequested, this, &CPrototypePanel::openProjectRequested);
-    connect(m_pInvitation, &CInvitation::exampleRequested, this, &CPrototypePanel::exampleRequested);
 }
 
 void CPrototypePanel::setModel(CPanelModel* pModel)
@@ -155,11 +154,6 @@ void CPrototypePanel::setCompilerText(const QString& sLine1, const QString& sLin
 void CPrototypePanel::setPresets(const QStringList& names, int nCurrent)
 {
     m_pProjectBar->setPresets(names, nCurrent);
-}
-
-void CPrototypePanel::setExamples(const QStringList& names)
-{
-    m_pInvitation->setExamples(names);
 }
 
 void CPrototypePanel::setLoaded(bool bLoaded, const QString& sName)

@@ -56,7 +56,6 @@ class CPrototypePanel : public QWidget
     void setSampleRate(double dRate);               // Hz, for the display; 0 for unknown
     void setCompilerText(const QString& sLine1, const QString& sLine2);
     void setPresets(const QStringList& names, int nCurrent); // -1 for none
-    void setExamples(const QStringList& names);              // offered while no project is open
 
     // Turns "Load" into "Unload" and the banner live, with the plug-in's name. The slots go by the model.
     void setLoaded(bool bLoaded, const QString& sName = {});
@@ -96,7 +95,6 @@ class CPrototypePanel : public QWidget
     void presetDeleteRequested();
     void newProjectRequested();
     void openProjectRequested();
-    void exampleRequested(int nExample);
 
   protected:
     void contextMenuEvent(QContextMenuEvent* pEvent) override;

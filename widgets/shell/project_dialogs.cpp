@@ -100,16 +100,20 @@ bool CProjectDialogs::userVariables()
     return dialog.exec() == QDialog::Accepted;
 }
 
+// They belong to a project and act on its plug-in.
+bool CProjectDialogs::hasPresets()
+{
+    const bool bProject = m_parts.m_commands.project() != nullptr;
+    const bool bPlugIn = bProject && m_parts.m_document.plugInLoader().current();
+    if (!bPlugIn)
+        m_parts.m_dialogs.showMessage(bProject ? "Load the project's plug-in first." : PROJECT_NEEDED);
+    return bPlugIn;
+}
+
 QString CProjectDialogs::savePreset(const QString& sSelected)
 {
-    if (!m_parts.m_commands.project()) {
-        m_parts.m_dialogs.showMessage(PROJECT_NEEDED);
+    if (!hasPresets())
         return {};
-    }
-    if (!m_parts.m_document.plugInLoader().current()) {
-        m_parts.m_dialogs.showMessage("Load the project's plug-in first.");
-        return {};
-    }
     QString sSaved;
     CSavePresetDialog dialog(sSelected, m_parts.m_dialogs, m_parts.m_pParent);
     dialog.setStore([&](const std::string& sName) {
@@ -121,7 +125,7 @@ QString CProjectDialogs::savePreset(const QString& sSelected)
 
 bool CProjectDialogs::deletePreset(const QString& sSelected)
 {
-    return m_parts.m_commands.deletePreset(utf8(sSelected));
+    return hasPresets() && m_parts.m_commands.deletePreset(utf8(sSelected));
 }
 
 bool CProjectDialogs::offerRecovery(const std::filesystem::path& project)

@@ -55,6 +55,8 @@ class CProjectDialogs
     bool storePreferences(const CPreferencesEdit& edit);
 
   private:
+    [[nodiscard]] bool hasPresets(); // says why not
+
     CParts m_parts;
 };
 

@@ -212,6 +212,8 @@ TEST_F(DesignerView, ImportAsksBeforeTheFileIsChosen)
     EXPECT_THAT(takeMessages(), ElementsAre(PROJECT_NEEDED));
     m_dialogs.m_file = m_folder / "notes.txt";
     newProject("Gain");
+    m_view.deletePreset();
+    EXPECT_THAT(takeMessages(), ElementsAre("Load the project's plug-in first."));
     m_view.importUIControls();
     EXPECT_THAT(takeMessages(),
                 ElementsAre(IMPORT_QUESTION, "DSP Project Files (*.prj)|*.prj||", "Not a .PRJ file."));
