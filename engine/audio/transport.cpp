@@ -243,6 +243,7 @@ void CTransport::closeLiveStreams()
     for (const EAudioStream eStream : {STREAM_INPUT, STREAM_OUTPUT, STREAM_OSCILLATOR})
         m_parts.m_streams.close(eStream);
     m_parts.m_engine.m_bOscillatorRuns = false;
+    m_parts.m_engine.clearMeters();
 }
 
 // Readies engine and filter for a stream that plays no file; nothing runs. A filter that was prepared for the

@@ -68,6 +68,20 @@ QString withoutMnemonic(QString sText)
     return sText.remove(QLatin1Char('&'));
 }
 
+// What a press opens is open when the button is let go.
+void clickByQt(QWindow& window, const QPoint& place, Qt::MouseButton eButton)
+{
+    bool bReleased = false;
+    const auto release = [pWindow = QPointer<QWindow>(&window), place, eButton, &bReleased] {
+        bReleased = true;
+        if (pWindow)
+            QTest::mouseRelease(pWindow, eButton, {}, place);
+    };
+    QMetaObject::invokeMethod(qApp, release, Qt::QueuedConnection);
+    QTest::mousePress(&window, eButton, {}, place);
+    EXPECT_TRUE(CHand::waitFor([&] { return bReleased; }));
+}
+
 unsigned x11Button(Qt::MouseButton eButton)
 {
     return eButton == Qt::LeftButton ? 1 : 3;
@@ -121,6 +135,8 @@ void CHand::face(QWidget& widget)
     QWidget* pWindow = widget.window();
     if (!waitFor([&] { return pWindow->isVisible() && pWindow->windowHandle()->isExposed(); }))
         ADD_FAILURE() << "the window " << pWindow->windowTitle().toStdString() << " does not come up";
+    if (!m_pX11)
+        pWindow->activateWindow(); // as there is no window manager
     if (!waitFor([&] { return pWindow->isActiveWindow(); }))
         ADD_FAILURE() << "the window " << pWindow->windowTitle().toStdString() << " does not take keys";
 }
@@ -139,10 +155,10 @@ void CHand::click(QWidget& widget, Qt::MouseButton eButton)
 
 void CHand::clickAt(QWidget& widget, const QPoint& place, Qt::MouseButton eButton)
 {
+    if (!m_pX11)
+        return clickByQt(windowOf(widget), inWindow(widget, place), eButton);
     perform(QEvent::MouseButtonRelease, [&] {
-        if (!m_pX11) {
-            QTest::mouseClick(&windowOf(widget), eButton, {}, inWindow(widget, place));
-        } else if (isOver(widget, place)) {
+        if (isOver(widget, place)) {
             m_pX11->button(x11Button(eButton), true);
             m_pX11->button(x11Button(eButton), false);
         }
@@ -288,6 +304,7 @@ void CHand::clickButton(QWidget& dialog, const QString& sText)
 void CHand::inDialog(const std::function<void()>& open, const std::function<void(QDialog&)>& work)
 {
     const QPointer<QWidget> pBefore = QApplication::activeModalWidget();
+    const QPointer<QWidget> pActive = QApplication::activeWindow();
     bool bDone = false;
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
@@ -306,6 +323,8 @@ void CHand::inDialog(const std::function<void()>& open, const std::function<void
     poll.start(DIALOG_POLL);
     open();
     EXPECT_TRUE(waitFor([&] { return bDone; })) << "no dialog came";
+    if (pActive && pActive->isVisible())
+        face(*pActive);
 }
 
 QString CHand::answer(const std::function<void()>& ask, const QString& sButton)

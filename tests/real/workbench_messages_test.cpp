@@ -25,6 +25,13 @@ class WorkbenchMessages : public ::testing::Test
     {
         return [this, pName] { m_hand.click(named(m_workbench.panel(), pName, true), Qt::RightButton); };
     }
+    Action menuKey(const char* pName)
+    {
+        return [this, pName] {
+            named(m_workbench.panel(), pName, true).setFocus();
+            m_hand.key(Qt::Key_F10, Qt::ShiftModifier);
+        };
+    }
     Action setUpCombo(const char* pName)
     {
         return [this, pName] {
@@ -70,17 +77,17 @@ class WorkbenchMessages : public ::testing::Test
 TEST_F(WorkbenchMessages, TellWhatIsMissing)
 {
     tells({
-        {"slider", rightClick("Slider 0, empty"), NO_PROJECT},
-        {"bank", rightClick("Bank 0, empty"), NO_PROJECT},
-        {"switch", rightClick("Switch 1, empty"), NO_PROJECT},
-        {"meter", rightClick("Meter 0, empty"), NO_PROJECT},
+        {"slider", menuKey("Slider 0, empty"), NO_PROJECT},
+        {"bank", menuKey("Bank 0, empty"), NO_PROJECT},
+        {"switch", menuKey("Switch 1, empty"), NO_PROJECT},
+        {"meter", menuKey("Meter 0, empty"), NO_PROJECT},
         {"free combo", setUpCombo("Combo CMBO1, empty"), NO_PROJECT},
         {"joystick's combo", setUpCombo("Combo A, empty"), NO_PROJECT},
-        {"alpha wheel", rightClick("Alpha wheel"), NO_PROJECT},
-        {"assignable button", rightClick("Button B1"), NO_PROJECT},
-        {"start", button("Start Compiler"), NO_PROJECT},
+        {"alpha wheel", menuKey("Alpha wheel"), NO_PROJECT},
+        {"assignable button", menuKey("Button B1"), NO_PROJECT},
+        {"start", button("Start Compiler"), NO_BUILT_PROJECT},
         {"rebuild", button("Rebuild"), NO_BUILT_PROJECT},
-        {"debug", button("Debug"), NO_PROJECT},
+        {"debug", button("Debug"), NO_BUILT_PROJECT},
         {"load", button("Load"), NO_BUILT_PROJECT},
         {"edit project", command("File", "Edit Project"), NO_EXISTING_PROJECT},
         {"save as", command("File", "Save Project As"), NO_PROJECT},

@@ -303,9 +303,9 @@ void Workbench::moveFixedWidgets()
     m_hand.key(Qt::Key_Delete);
     EXPECT_TRUE(CHand::waitFor([&] { return engine.m_fOutputGain_dB == 0.0F; }));
     const auto uBefore = engine.m_uChannelMode.load();
-    m_workbench.clickOnPanel("Routing: 1 -> 1");
+    m_workbench.clickOnPanel("FX channels: 1 -> 1");
     EXPECT_TRUE(CHand::waitFor([&] { return engine.m_uChannelMode != uBefore; }));
-    m_workbench.clickOnPanel("Routing: 2 -> 2");
+    m_workbench.clickOnPanel("FX channels: 2 -> 2");
     EXPECT_TRUE(CHand::waitFor([&] { return engine.m_uChannelMode == uBefore; }));
     m_workbench.clickOnPanel("Display: Log (f)");
     EXPECT_TRUE(CHand::waitFor([&] { return m_workbench.panel().display() == 1; }));
@@ -370,7 +370,8 @@ void Workbench::keepPicturesOfWindows()
             m_workbench.choose({"Audio/MIDI", "Setup Audio Devices"});
         },
         [&](QDialog& dialog) {
-            EXPECT_EQ(named<QComboBox>(dialog, "Output Device", true).currentText(), "system");
+            EXPECT_THAT(utf8(named<QComboBox>(dialog, "Output Device", true).currentText()),
+                        testing::StartsWith("system"));
             CWorkbench::keepPicture("workbench-sound-card", dialog);
             m_hand.clickButton(dialog, "Cancel");
         });
@@ -490,7 +491,7 @@ TEST_F(Workbench, MetersGoOnWhileAPlugInTakesItsTime)
     std::filesystem::copy_file(SLOW_PANEL, m_workbench.document().plugInFolder() / "SlowPanel.so");
     m_workbench.choose({"User Plug-Ins", "Reload"});
     m_workbench.choose({"User Plug-Ins", "SlowPanel"});
-    ASSERT_TRUE(CHand::waitFor([&] { return m_workbench.document().plugInLoader().isPlugInLoaded(); }));
+    ASSERT_TRUE(CHand::waitFor([&] { return m_workbench.view().model().isPlugInLoaded(); }));
     m_workbench.loadTone();
     m_hand.click(named<QToolButton>(m_workbench.frame(), "Loop"));
     ASSERT_TRUE(CHand::waitFor([&] { return isPlaying(); }));

@@ -216,6 +216,8 @@ int CThemeStyle::styleHint(StyleHint eHint, const QStyleOption* pOption, const Q
 {
     if (eHint == SH_Table_GridLineColor)
         return static_cast<int>(colours().m_emptySlot.rgb());
+    if (eHint == SH_DialogButtonBox_ButtonsHaveIcons)
+        return 0;
     return QProxyStyle::styleHint(eHint, pOption, pWidget, pReturn);
 }
 

@@ -26,7 +26,7 @@ CMeterCell::CMeterCell(UINT uSlot, QWidget* pParent)
     m_pText->setFontFactor(SMALL_TEXT);
     m_pNumber->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
     m_pNumber->setFontFactor(SMALL_TEXT);
-    m_pNumber->setText(QString::number(uSlot - findControlSlots(uSlot)->m_uFirstId + 1));
+    m_pNumber->setText(QString::number(uSlot - findControlSlots(uSlot)->m_uFirstId));
     m_pMeter->setFocusPolicy(Qt::StrongFocus);
     m_pMeter->installEventFilter(this);
 }

@@ -2,6 +2,7 @@
 
 #include <QDialog>
 
+class QDialogButtonBox;
 class QVBoxLayout;
 
 namespace velmora {
@@ -16,6 +17,7 @@ class CRequestDialog : public QDialog
     // Neither does anything while a request is being fulfilled, which may take a while.
     void accept() final;
     void reject() final;
+    void setVisible(bool bVisible) override;
 
   protected:
     CRequestDialog(const QString& sTitle, QWidget* pParent);
@@ -31,6 +33,7 @@ class CRequestDialog : public QDialog
 
   private:
     QVBoxLayout* m_pContent;
+    QDialogButtonBox* m_pButtons;
     bool m_bStoring = false;
 };
 

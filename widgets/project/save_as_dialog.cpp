@@ -41,6 +41,7 @@ CSaveAsDialog::CSaveAsDialog(CDSPProject& project, IUserDialogs& dialogs, QWidge
     content().addLayout(pForm);
     content().addStretch();
     setMinimumWidth(fontMetrics().averageCharWidth() * 80);
+    m_pName->setFocus();
 
     connect(m_pName, &QLineEdit::textEdited, this, &CSaveAsDialog::showOutcome);
     connect(m_pParentFolder, &CPathField::edited, this, &CSaveAsDialog::showOutcome);

@@ -24,6 +24,7 @@ CSavePresetDialog::CSavePresetDialog(const QString& sSelectedPreset, IUserDialog
     content().addWidget(m_pName);
     content().addStretch();
     setMinimumWidth(fontMetrics().averageCharWidth() * 52);
+    m_pName->setFocus();
 }
 
 std::string CSavePresetDialog::name() const

@@ -99,6 +99,16 @@ bool isPlugInLoaded(const CMainFrame& frame)
     return document(frame).plugInLoader().isPlugInLoaded();
 }
 
+// The engine tells some failures in the status window alone, so that opens.
+void play(CMainFrame& frame, bool)
+{
+    CTransport& transport = document(frame).transport();
+    transport.onPlay();
+    frame.showNote(qs(transport.reason()));
+    if (!transport.reason().empty())
+        frame.parts().m_commands.showToolWindow(EToolWindow::Status, true);
+}
+
 bool canPlay(const CMainFrame& frame)
 {
     return hasState(frame, TRANSPORT_PAUSE) ||
@@ -174,7 +184,7 @@ const CCommandRow TABLE[] = {
      .m_isChecked = [](const CMainFrame& frame) { return document(frame).sidechain().m_bEnabled.load(); }},
     {.m_pMenu = AUDIO_MENU, .m_pText = "&Play", .m_pShortcut = "F5",
      .m_pTip = "Plays the audio file through the filter.",
-     .m_run = transports<&CTransport::onPlay>, .m_isEnabled = canPlay, .m_bBeginsGroup = true,
+     .m_run = play, .m_isEnabled = canPlay, .m_bBeginsGroup = true,
      .m_eToolGroup = EToolGroup::Transport, .m_icon = EIcon::Play},
     {.m_pMenu = AUDIO_MENU, .m_pText = "P&ause", .m_pShortcut = "F6",
      .m_pTip = "Holds the audio file where it is.",
@@ -253,10 +263,10 @@ const CCommandRow TABLE[] = {
      .m_pTip = "Has the filter begin anew, as ahead of a first buffer.",
      .m_run = does<&IWorkbenchCommands::resetPlugIn>,
      .m_isEnabled = [](const CMainFrame& frame) { return document(frame).currentFilter() != nullptr; }},
-    {.m_pMenu = PLUG_IN_MENU, .m_pText = "&Unload", .m_pShortcut = "Ctrl+L",
-     .m_pTip = "Takes the loaded plug-in out, so that its controls can be set up.",
+    {.m_pMenu = PLUG_IN_MENU, .m_pText = "&Unload", .m_pShortcut = "Ctrl+Shift+L",
+     .m_pTip = "Takes the plug-in or module out, so that controls can be set up.",
      .m_run = does<&IWorkbenchCommands::unloadPlugIn>,
-     .m_isEnabled = [](const CMainFrame& frame) { return isFree(frame) && isPlugInLoaded(frame); },
+     .m_isEnabled = [](const CMainFrame& frame) { return isFree(frame) && document(frame).currentFilter(); },
      .m_eToolGroup = EToolGroup::Build, .m_icon = EIcon::Unload, .m_pShortText = "Unload"},
     {.m_pMenu = PLUG_IN_MENU, .m_pText = "Save Prese&t", .m_pShortcut = "Ctrl+S",
      .m_pTip = "Keeps the values of all controls under a name.",

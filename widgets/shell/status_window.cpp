@@ -56,7 +56,8 @@ void CStatusWindow::makeList()
     m_pView->setAccessibleName(tr("Status lines"));
     m_pView->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_pView->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_pView->setUniformItemSizes(true);
+    m_pView->setWordWrap(true);
+    m_pView->setResizeMode(QListView::Adjust);
     m_pView->setTextElideMode(Qt::ElideNone);
     m_pView->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     m_pView->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);

@@ -57,6 +57,7 @@ bool CTonboxApp::initInstance()
         m_pSplash->finish();
     m_pFrame->showAsBefore();
     m_pFrame->activateWindow();
+    m_pView->panel()->focusFirst();
     m_pSplash.reset();
     openFirstProject();
     return true;

@@ -237,10 +237,15 @@ void CDesignerView::loadAudioFile()
 void CDesignerView::loadAudioFile(const std::filesystem::path& file)
 {
     CTransport& transport = m_pDocument->transport();
+    const std::filesystem::path before = transport.waveFile();
     transport.onStop();
     transport.setWaveFile(file);
-    if (!transport.loadWaveFormat() && !transport.reason().empty())
-        tell(transport.reason());
+    if (!transport.loadWaveFormat()) {
+        const std::string sReason = transport.reason();
+        m_dialogs.showMessage(sReason.empty() ? "The file " + file.string() + " can not be read as audio."
+                                              : sReason);
+        transport.setWaveFile(before);
+    }
     emit transportChanged();
 }
 
