@@ -32,8 +32,8 @@ const QMap<int, unsigned long>& keySymbols()
         {Qt::Key_Delete, 0xFFFF}, {Qt::Key_Home, 0xFF50},   {Qt::Key_End, 0xFF57},
         {Qt::Key_Up, 0xFF52},     {Qt::Key_Down, 0xFF54},   {Qt::Key_Left, 0xFF51},
         {Qt::Key_Right, 0xFF53},  {Qt::Key_PageUp, 0xFF55}, {Qt::Key_PageDown, 0xFF56},
-        {Qt::Key_F5, 0xFFC2},     {Qt::Key_F10, 0xFFC7},    {Qt::Key_F12, 0xFFC9},
-        {Qt::Key_Menu, 0xFF67},
+        {Qt::Key_F2, 0xFFBF},     {Qt::Key_F5, 0xFFC2},     {Qt::Key_F10, 0xFFC7},
+        {Qt::Key_F12, 0xFFC9},    {Qt::Key_Menu, 0xFF67},
     };
     return s_symbols;
 }
@@ -135,8 +135,8 @@ void CHand::face(QWidget& widget)
     QWidget* pWindow = widget.window();
     if (!waitFor([&] { return pWindow->isVisible() && pWindow->windowHandle()->isExposed(); }))
         ADD_FAILURE() << "the window " << pWindow->windowTitle().toStdString() << " does not come up";
-    if (!m_pX11)
-        pWindow->activateWindow(); // as there is no window manager
+    if (!pWindow->isActiveWindow())
+        pWindow->activateWindow();
     if (!waitFor([&] { return pWindow->isActiveWindow(); }))
         ADD_FAILURE() << "the window " << pWindow->windowTitle().toStdString() << " does not take keys";
 }
@@ -144,6 +144,12 @@ void CHand::face(QWidget& widget)
 bool CHand::isOver(QWidget& widget, const QPoint& place)
 {
     QWindow& window = windowOf(widget);
+    const bool bSettled = waitFor([&] {
+        const QSize size = window.size() * window.devicePixelRatio();
+        return m_pX11->hasSize(window.winId(), size.width(), size.height());
+    });
+    if (!bSettled)
+        return false;
     const QPointF pixel = QPointF(inWindow(widget, place)) * window.devicePixelRatio();
     return m_pX11->moveTo(window.winId(), static_cast<int>(pixel.x()), static_cast<int>(pixel.y()));
 }

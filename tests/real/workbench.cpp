@@ -17,6 +17,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
+#include <QListView>
 #include <QMenuBar>
 #include <QSettings>
 #include <gtest/gtest.h>
@@ -100,17 +101,22 @@ void CWorkbench::fillRows(QWidget& window, const std::vector<std::pair<int, QStr
 
 void CWorkbench::loadTone()
 {
-    const std::filesystem::path tone = m_folder / "tone.wav";
+    const std::filesystem::path tone =
+        std::filesystem::path(document().settings().defaultWAVFolder()) / "tone.wav";
     writeFile(tone, toneFile());
     m_hand.inDialog(
         [&] {
             choose({"Audio/MIDI", "Load Audio File"});
         },
         [&](QDialog& dialog) {
-            auto* pName = dialog.findChild<QLineEdit*>();
-            m_hand.click(*pName);
-            m_hand.type(pathText(tone));
-            m_hand.key(Qt::Key_Return);
+            auto* pFiles = dialog.findChild<QListView*>("listView");
+            const auto entry = [&] {
+                const QModelIndex root = pFiles->rootIndex();
+                return root.model() ? root.model()->index(0, 0, root) : QModelIndex();
+            };
+            EXPECT_TRUE(CHand::waitFor([&] { return entry().data().toString() == "tone.wav"; }));
+            m_hand.clickAt(*pFiles->viewport(), pFiles->visualRect(entry()).center());
+            m_hand.clickButton(dialog, "Open");
         });
     EXPECT_EQ(document().transport().waveFile(), tone);
 }

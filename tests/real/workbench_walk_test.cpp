@@ -507,7 +507,7 @@ TEST_F(Workbench, MetersGoOnWhileAPlugInTakesItsTime)
         return variable(51) >= CALLS * CALL_STEP;
     }));
     m_hand.release(bar, from);
-    EXPECT_GE(watch.m_calls.size(), static_cast<std::size_t>(CALLS - 2)) << "ticks between the calls";
+    EXPECT_GE(watch.m_calls.size(), static_cast<std::size_t>(CALLS / 2)) << "ticks between the calls";
 }
 
 } // namespace

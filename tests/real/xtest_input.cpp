@@ -31,6 +31,15 @@ CXTestInput::CXTestInput() : m_pImplementation(std::make_unique<CImplementation>
 
 CXTestInput::~CXTestInput() = default;
 
+bool CXTestInput::hasSize(unsigned long window, int nWidth, int nHeight)
+{
+    CX11Connection& connection = m_pImplementation->m_connection;
+    const CX11Connection::CErrorGuard guard(connection);
+    XWindowAttributes attributes = {};
+    return XGetWindowAttributes(connection.display(), window, &attributes) && attributes.width == nWidth &&
+           attributes.height == nHeight;
+}
+
 bool CXTestInput::moveTo(unsigned long window, int nX, int nY)
 {
     CX11Connection& connection = m_pImplementation->m_connection;

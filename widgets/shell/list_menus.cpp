@@ -55,10 +55,10 @@ void CListMenus::refill(const QMenuBar& menuBar)
     m_entries.clear();
     if (QMenu* pMenu = findMenu(menuBar, MODULES_MENU))
         refillMenu(*pMenu, modulesOf(m_document.modules()), tr("No modules"),
-                   &IWorkbenchCommands::selectModule);
+                   [](IWorkbenchCommands& commands, int nIndex) { commands.selectModule(nIndex); });
     if (QMenu* pMenu = findMenu(menuBar, USER_PLUG_INS_MENU))
         refillMenu(*pMenu, plugInsOf(m_document.plugInLoader()), tr("No plug-ins"),
-                   &IWorkbenchCommands::selectPlugIn);
+                   [](IWorkbenchCommands& commands, int nIndex) { commands.selectPlugIn(nIndex); });
     refresh();
 }
 
@@ -73,7 +73,7 @@ void CListMenus::refillMenu(QMenu& menu, const std::vector<const CDSPFilter*>& f
         QAction* pAction = add(menu, qs(filters[i]->m_sName), filters[i]);
         pAction->setCheckable(true);
         connect(pAction, &QAction::triggered, this, [this, select, i] {
-            (m_commands.*select)(static_cast<int>(i));
+            select(m_commands, static_cast<int>(i));
             refresh();
         });
     }

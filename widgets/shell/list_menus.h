@@ -29,7 +29,7 @@ class CListMenus : public QObject
     void refresh();
 
   private:
-    using selection = void (IWorkbenchCommands::*)(int);
+    using selection = void (*)(IWorkbenchCommands& commands, int nIndex);
 
     // One that was listed, or what separates or stands for them.
     struct CEntry
