@@ -94,7 +94,7 @@ struct CMeterRow
 constexpr CMeterRow METERS[] = {
     {51, "Left", "m_fLeft"},     {52, "Right", "m_fRight"}, {53, "Slow", "m_fSlow"},
     {54, "Peak", "m_fPeak"},     {55, "LFO", "m_fLFO"},     {56, "Bass", "m_fBass"},
-    {57, "Treble", "m_fTreble"}, {58, "Drop", "m_fDrop"},   {59, "Spare", "m_fSpare"},
+    {57, "Treble", "m_fTreble"}, {58, "Drop", "m_fDrop"},   {59, "Knob", "m_fKnob"},
 };
 
 constexpr CSliderRow WHEEL_ITEMS[] = {

@@ -20,8 +20,9 @@ namespace velmora::test {
 
 namespace {
 
-constexpr int DIALOG_POLL = 20;      // ms
-constexpr int EVENT_PATIENCE = 5000; // ms that an event may take through the X server
+constexpr int DIALOG_POLL = 20;       // ms
+constexpr int EVENT_PATIENCE = 5000;  // ms that an event may take through the X server
+constexpr int ACTIVATION_TIME = 1000; // ms
 constexpr int NOTCH = 120;
 
 // Key symbols of keys that stand for no letter; letters and signs have their code of Latin-1.
@@ -135,7 +136,8 @@ void CHand::face(QWidget& widget)
     QWidget* pWindow = widget.window();
     if (!waitFor([&] { return pWindow->isVisible() && pWindow->windowHandle()->isExposed(); }))
         ADD_FAILURE() << "the window " << pWindow->windowTitle().toStdString() << " does not come up";
-    if (!pWindow->isActiveWindow())
+    // A window manager gives the keys back by itself when a dialog closes.
+    if (!m_pX11 || !QTest::qWaitFor([&] { return pWindow->isActiveWindow(); }, ACTIVATION_TIME))
         pWindow->activateWindow();
     if (!waitFor([&] { return pWindow->isActiveWindow(); }))
         ADD_FAILURE() << "the window " << pWindow->windowTitle().toStdString() << " does not take keys";
@@ -286,8 +288,10 @@ void CHand::choose(QMenuBar& menuBar, const QStringList& texts)
 
 void CHand::choose(QComboBox& box, const QString& sText)
 {
-    box.setFocus();
+    // The button that opened the list is let go over it without choosing, if that is quick enough.
+    QApplication::setDoubleClickInterval(EVENT_PATIENCE);
     click(box);
+    QApplication::setDoubleClickInterval(1);
     if (!waitFor(
             [&] { return box.view()->isVisible() && box.view()->window()->windowHandle()->isExposed(); }))
         ADD_FAILURE() << "the list does not open";

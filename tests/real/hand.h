@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QApplication>
 #include <QDialog>
 #include <QPoint>
 #include <QString>
@@ -24,7 +25,7 @@ class CXTestInput;
 class CHand
 {
   public:
-    static constexpr int PATIENCE = 4000; // ms, on a machine under load
+    static constexpr int PATIENCE = 60000; // ms, on a machine under load
 
     CHand();
     ~CHand();
@@ -91,21 +92,24 @@ TWidget& named(QWidget& root, const QString& sName, bool bBeginning = false)
     throw std::runtime_error("no visible widget is named " + sName.toStdString());
 }
 
-// The top-level window of that class, once it is shown.
+// The visible top-level window of that class; null if there is none.
+template <typename TWidget>
+TWidget* findShown()
+{
+    for (QWidget* pWidget : QApplication::topLevelWidgets())
+        if (auto* pWindow = qobject_cast<TWidget*>(pWidget); pWindow && pWindow->isVisible())
+            return pWindow;
+    return nullptr;
+}
+
+// The same, once it is there. Throws std::runtime_error if it never is.
 template <typename TWidget>
 TWidget& shown()
 {
-    TWidget* pFound = nullptr;
-    const bool bShown = CHand::waitFor([&] {
-        for (QWidget* pWidget : QApplication::topLevelWidgets())
-            if (auto* pWindow = qobject_cast<TWidget*>(pWidget); pWindow && pWindow->isVisible())
-                pFound = pWindow;
-        return pFound != nullptr;
-    });
-    if (!bShown)
+    if (!CHand::waitFor([] { return findShown<TWidget>() != nullptr; }))
         throw std::runtime_error(std::string("no window of the class ") +
                                  TWidget::staticMetaObject.className() + " is shown");
-    return *pFound;
+    return *findShown<TWidget>();
 }
 
 } // namespace velmora::test

@@ -17,7 +17,6 @@
 #include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
-#include <QListView>
 #include <QMenuBar>
 #include <QSettings>
 #include <gtest/gtest.h>
@@ -27,16 +26,19 @@ namespace velmora::test {
 
 namespace {
 
-constexpr unsigned RATE = 48000;
-constexpr double TONE = 440.0; // Hz
-constexpr double AMPLITUDE = 0.5;
+constexpr const char* PICTURES = "VELMORA_SCREENSHOTS";
+constexpr int PERIOD = 64;
+constexpr int QUIET_PERIOD = 1024; // no gaps in pictures, however busy the machine
+constexpr int RATE = 48000;        // Hz
+constexpr double TONE = 440.0;     // Hz
+constexpr double AMPLITUDE = 0.8;
 
 std::string toneFile()
 {
-    std::vector<double> samples(std::size_t{RATE} * 5, 0.0); // 2.5 s of two channels
-    for (unsigned uFrame = 0; uFrame < RATE; ++uFrame)
+    std::vector<double> samples(std::size_t(RATE) * 5, 0.0); // 2.5 s of two channels
+    for (std::size_t uFrame = 0; uFrame < RATE; ++uFrame)
         samples[2 * uFrame] = samples[2 * uFrame + 1] =
-            AMPLITUDE * std::sin(2.0 * std::numbers::pi * TONE * uFrame / RATE);
+            AMPLITUDE * std::sin(2.0 * std::numbers::pi * TONE * static_cast<double>(uFrame) / RATE);
     CWaveBytesFormat format;
     format.m_uRate = RATE;
     return waveBytes(format, samples);
@@ -44,7 +46,7 @@ std::string toneFile()
 
 } // namespace
 
-CWorkbench::CWorkbench()
+CWorkbench::CWorkbench() : m_server(RATE, qEnvironmentVariableIsSet(PICTURES) ? QUIET_PERIOD : PERIOD)
 {
     QSettings profile(pathText(m_folder / "Velmora.ini"), QSettings::IniFormat);
     profile.setValue(qs(COLOUR_SCHEME_KEY), static_cast<int>(EColourScheme::Dark));
@@ -101,21 +103,17 @@ void CWorkbench::fillRows(QWidget& window, const std::vector<std::pair<int, QStr
 
 void CWorkbench::loadTone()
 {
-    const std::filesystem::path tone =
-        std::filesystem::path(document().settings().defaultWAVFolder()) / "tone.wav";
+    const std::filesystem::path tone = m_folder / "tone.wav";
     writeFile(tone, toneFile());
     m_hand.inDialog(
         [&] {
             choose({"Audio/MIDI", "Load Audio File"});
         },
         [&](QDialog& dialog) {
-            auto* pFiles = dialog.findChild<QListView*>("listView");
-            const auto entry = [&] {
-                const QModelIndex root = pFiles->rootIndex();
-                return root.model() ? root.model()->index(0, 0, root) : QModelIndex();
-            };
-            EXPECT_TRUE(CHand::waitFor([&] { return entry().data().toString() == "tone.wav"; }));
-            m_hand.clickAt(*pFiles->viewport(), pFiles->visualRect(entry()).center());
+            auto* pName = dialog.findChild<QLineEdit*>();
+            pName->setCompleter(nullptr); // what it offers comes at any moment
+            m_hand.click(*pName);
+            m_hand.type(pathText(tone));
             m_hand.clickButton(dialog, "Open");
         });
     EXPECT_EQ(document().transport().waveFile(), tone);
@@ -168,7 +166,7 @@ std::vector<std::string> CWorkbench::slotTexts()
 
 void CWorkbench::keepPicture(const QString& sName, QWidget& widget)
 {
-    const QString sFolder = qEnvironmentVariable("VELMORA_SCREENSHOTS");
+    const QString sFolder = qEnvironmentVariable(PICTURES);
     if (sFolder.isEmpty())
         return;
     QApplication::processEvents();

@@ -3,7 +3,7 @@
 #include "project/control_list.h"
 #include "project/dsp_project.h"
 #include "real/workbench.h"
-#include "widgets/common/fader.h"
+#include "widgets/audio/osc_dialog.h"
 #include "widgets/common/led_meter.h"
 #include "widgets/common/panel_combo.h"
 #include "widgets/common/qt_text.h"
@@ -12,6 +12,7 @@
 #include "widgets/common/track_bar.h"
 #include "widgets/common/value_box.h"
 #include "widgets/panel/alpha_wheel_setup_dialog.h"
+#include "widgets/panel/prototype_panel.h"
 #include "widgets/panel/slider_control_props.h"
 
 #include <QAbstractItemModel>
@@ -56,6 +57,11 @@ constexpr const char* NEW_GAIN = R"(fInput * m_fGain;
 	m_fPeak = fmaxf(m_fLevel, m_fPeak * 0.99999f);
 	m_fBass += 0.002f * (m_fLevel - m_fBass);
 	m_fTreble = fabsf(m_fLevel - m_fBass);
+	m_fDrop = m_fPeak - m_fLevel;
+	m_fKnob = 0.5f * m_fGain;
+	m_fLFO += 1.0f / 48000.0f;
+	if (m_fLFO > 1.0f)
+		m_fLFO = 0.0f;
 )";
 constexpr const char* OLD_BUTTON = "case ASSIGN_BUTTON_1:\n";
 constexpr const char* NEW_BUTTON = "case ASSIGN_BUTTON_1:\n\t\tsendStatusWndText(\"Panic was pressed\");\n";
@@ -175,11 +181,7 @@ void Workbench::setUpWheelItem()
     EXPECT_TRUE(CHand::waitFor([&] { return !slider.isVisible() && state(CROSSFADE).m_bAssigned; }));
     m_hand.face(setup);
     m_hand.clickButton(setup, "Close");
-    EXPECT_TRUE(CHand::waitFor([] {
-        return std::ranges::none_of(QApplication::topLevelWidgets(), [](QWidget* pWidget) {
-            return qobject_cast<CAlphaWheelSetupDialog*>(pWidget) && pWidget->isVisible();
-        });
-    }));
+    EXPECT_TRUE(CHand::waitFor([] { return !findShown<CAlphaWheelSetupDialog>(); }));
 }
 
 void Workbench::setUpButtons()
@@ -226,6 +228,8 @@ void Workbench::moveSliderByMouse()
 {
     auto& bar = onPanel<CTrackBar>("Slider 0: Gain");
     const double dBefore = variable(GAIN);
+    m_hand.click(bar, Qt::RightButton);
+    EXPECT_FALSE(findShown<CSliderControlProps>()) << "no control is set up while its plug-in is loaded";
     const QPoint from = bar.thumbRect().center();
     m_hand.press(bar, from);
     for (int nStep = 1; nStep <= 5; ++nStep)
@@ -376,18 +380,12 @@ void Workbench::keepPicturesOfWindows()
             m_hand.clickButton(dialog, "Cancel");
         });
     m_workbench.choose({"View", "Oscillator"});
-    QDialog* pOscillator = nullptr;
-    ASSERT_TRUE(CHand::waitFor([&] {
-        for (QWidget* pWindow : QApplication::topLevelWidgets())
-            if (pWindow->isVisible() && pWindow->windowTitle().contains("Oscillator"))
-                pOscillator = qobject_cast<QDialog*>(pWindow);
-        return pOscillator != nullptr;
-    }));
-    m_hand.face(*pOscillator);
-    CWorkbench::keepPicture("workbench-oscillator", *pOscillator);
+    auto& oscillator = shown<COscDialog>();
+    m_hand.face(oscillator);
+    CWorkbench::keepPicture("workbench-oscillator", oscillator);
     m_hand.face(m_workbench.frame());
     m_workbench.choose({"View", "Oscillator"});
-    EXPECT_TRUE(CHand::waitFor([&] { return !pOscillator->isVisible(); }));
+    EXPECT_TRUE(CHand::waitFor([&] { return !oscillator.isVisible(); }));
 }
 
 void Workbench::changeToLightScheme()
@@ -401,6 +399,7 @@ void Workbench::changeToLightScheme()
             auto* pTabs = dialog.findChild<QTabWidget*>();
             const int nPage = pTabs->count() - 1;
             m_hand.clickAt(*pTabs->tabBar(), pTabs->tabBar()->tabRect(nPage).center());
+            CWorkbench::keepPicture("workbench-preferences", dialog);
             m_hand.choose(named<QComboBox>(dialog, "Colour Scheme"), "Light");
             m_hand.clickButton(dialog, "Save");
         });

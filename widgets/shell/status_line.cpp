@@ -95,6 +95,7 @@ CStatusLine::CStatusLine(CTonboxDoc& document, QWidget* pParent)
       m_pPlugIn(addField(tr("Plug-in"), PLUG_IN_WIDTH))
 {
     setSizeGripEnabled(false);
+    setContentsMargins(0, 0, CTheme::SPACING, 0);
     connect(&CTheme::instance(), &CTheme::changed, this, &CStatusLine::refresh);
 }
 
