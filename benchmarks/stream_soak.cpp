@@ -98,9 +98,11 @@ void select(CPlugInLoader& loader, int nPlugIn)
     loader.selectPlugIn();
 }
 
+int s_nFirstModule = 0; // index of the first of ours in the document's list
+
 void selectModule(CPlugInLoader& loader, int nModule)
 {
-    loader.setSelectedModule(nModule);
+    loader.setSelectedModule(s_nFirstModule + nModule);
     loader.selectModule();
 }
 
@@ -150,6 +152,7 @@ class CSoak
         m_pPlugIns->scanPlugIns(SIGNATURE_FOLDER);
         if (m_pPlugIns->plugIns().size() != 3)
             throw std::runtime_error(std::string("no plug-ins in ") + SIGNATURE_FOLDER);
+        s_nFirstModule = m_document->modules().count(); // behind the built-in ones
         for (const int n : {0, 1})
             m_document->modules().add(
                 std::make_unique<CSignatureModule>(CSwapWatch::signature(MODULE_SIGNATURE + n)));

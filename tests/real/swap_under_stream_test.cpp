@@ -15,6 +15,8 @@ constexpr int RATE = 48000; // Hz
 constexpr int DRY = 6;      // the file's signature, which is heard without a filter
 constexpr unsigned FADE_FRAMES = 480;
 
+int s_nFirstModule = 0; // index of the first of ours in the document's list
+
 // A document that plays a file over and over, with three plug-ins and two modules to choose from; module and
 // plug-in i play signature MODULE_SIGNATURE + i and i.
 constexpr int MODULE_SIGNATURE = 3;
@@ -31,6 +33,7 @@ class CSwapUnderStream : public ::testing::Test
         document.plugInLoader().setCrossFade(bFade);
         document.plugInLoader().scanPlugIns(SIGNATURE_FOLDER);
         ASSERT_EQ(document.plugInLoader().plugIns().size(), 3U);
+        s_nFirstModule = document.modules().count(); // behind the built-in ones
         for (const int n : {0, 1})
             document.modules().add(
                 std::make_unique<CSignatureModule>(CSwapWatch::signature(MODULE_SIGNATURE + n)));
@@ -83,7 +86,7 @@ void selectPlugIn(CPlugInLoader& loader, int nIndex)
 
 void selectModule(CPlugInLoader& loader, int nIndex)
 {
-    loader.setSelectedModule(nIndex);
+    loader.setSelectedModule(s_nFirstModule + nIndex);
     loader.selectModule();
 }
 
