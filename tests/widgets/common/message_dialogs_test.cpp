@@ -24,7 +24,8 @@ class CBoxHandler
     explicit CBoxHandler(std::function<void(QWidget&)> handle)
     {
         QObject::connect(&m_timer, &QTimer::timeout, [this, handle = std::move(handle)] {
-            if (QWidget* pBox = QApplication::activeModalWidget()) {
+            QWidget* pBox = QApplication::activeModalWidget();
+            if (pBox && pBox->isActiveWindow()) { // before, it takes no keys
                 m_timer.stop();
                 handle(*pBox);
             }
