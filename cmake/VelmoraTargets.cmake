@@ -69,7 +69,8 @@ endfunction()
 function(velmora_add_widget_test name)
   cmake_parse_arguments(TEST "" "" "SOURCES;LINK;DEFINITIONS;DEPENDS" ${ARGN})
   set(target widgets_${name}_test)
-  add_executable(${target} ${TEST_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/widget_test_main.cpp)
+  add_executable(${target} ${TEST_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/leak_suppressions.cpp
+                 ${PROJECT_SOURCE_DIR}/tests/support/widget_test_main.cpp)
   set_target_properties(${target} PROPERTIES AUTOMOC ON)
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${target} PRIVATE velmora_warnings velmora_test_support ${TEST_LINK}
